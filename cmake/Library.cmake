@@ -1,0 +1,43 @@
+# The library itself: one set of objects, archived as libqstdlib.a and linked as libqstdlib.so.
+set(QSTDLIB_SOURCES
+    core/angle.cpp
+    core/module.cpp
+    core/point.cpp
+    core/record_layout.cpp
+    core/settings.cpp)
+
+set(QSTDLIB_SANITIZE "" CACHE STRING "Further sanitizers for the library's own code, as for -fsanitize=")
+
+add_library(qstdlib_objects OBJECT ${QSTDLIB_SOURCES})
+set_target_properties(
+    qstdlib_objects
+    PROPERTIES POSITION_INDEPENDENT_CODE ON
+               C_VISIBILITY_PRESET hidden
+               CXX_VISIBILITY_PRESET hidden
+               VISIBILITY_INLINES_HIDDEN ON)
+target_include_directories(qstdlib_objects PUBLIC ${PROJECT_SOURCE_DIR}/include PRIVATE ${PROJECT_SOURCE_DIR})
+target_compile_definitions(qstdlib_objects PRIVATE QSTDLIB_BUILDING)
+# Results must be the same to the last bit everywhere: no fused multiply-add, no rearranging.
+target_compile_options(qstdlib_objects PRIVATE -ffp-contract=off -fno-fast-math -fno-exceptions -fno-rtti)
+if(QSTDLIB_SANITIZE)
+    target_compile_options(qstdlib_objects PRIVATE -fsanitize=${QSTDLIB_SANITIZE} -fno-sanitize-recover=all)
+endif()
+target_link_libraries(qstdlib_objects PRIVATE $<BUILD_INTERFACE:qstdlib_warnings>)
+
+add_library(qstdlib SHARED $<TARGET_OBJECTS:qstdlib_objects>)
+add_library(qstdlib_static STATIC $<TARGET_OBJECTS:qstdlib_objects>)
+set_target_properties(
+    qstdlib
+    PROPERTIES VERSION ${PROJECT_VERSION}
+               SOVERSION ${PROJECT_VERSION_MAJOR}
+               # The C++ runtime is not needed: no exceptions, no run-time types, heap by malloc.
+               LINKER_LANGUAGE C)
+set_target_properties(qstdlib_static PROPERTIES OUTPUT_NAME qstdlib LINKER_LANGUAGE C EXPORT_NAME qstdlib_static)
+target_compile_definitions(qstdlib_static INTERFACE QSTDLIB_STATIC)
+foreach(target IN ITEMS qstdlib qstdlib_static)
+    target_include_directories(
+        ${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+                            $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    target_link_libraries(${target} PUBLIC m)
+    add_library(qstdlib::${target} ALIAS ${target})
+endforeach()
