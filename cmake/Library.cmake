@@ -4,7 +4,10 @@ set(QSTDLIB_SOURCES
     core/module.cpp
     core/point.cpp
     core/record_layout.cpp
-    core/settings.cpp)
+    core/settings.cpp
+    cogo/inverse.cpp
+    measure/remote_distance.cpp
+    measure/two_point_target.cpp)
 
 set(QSTDLIB_SANITIZE "" CACHE STRING "Further sanitizers for the library's own code, as for -fsanitize=")
 
