@@ -7,7 +7,16 @@ set(QSTDLIB_SOURCES
     core/settings.cpp
     cogo/inverse.cpp
     measure/remote_distance.cpp
-    measure/two_point_target.cpp)
+    measure/two_point_target.cpp
+    station/adjustment.cpp
+    station/approximation.cpp
+    station/circle.cpp
+    station/height.cpp
+    station/known_line.cpp
+    station/matrix.cpp
+    station/multi_point_resection.cpp
+    station/three_point_resection.cpp
+    station/two_point_resection.cpp)
 
 set(QSTDLIB_SANITIZE "" CACHE STRING "Further sanitizers for the library's own code, as for -fsanitize=")
 

@@ -1,0 +1,23 @@
+#include "station/circle.h"
+
+#include "core/angle.h"
+#include "core/point.h"
+
+namespace qstdlib {
+
+AngleUnit FaceReducedReading(AngleUnit horizontalAngle, AngleUnit zenithAngle)
+{
+    if (ReduceToCircle(zenithAngle) >= ANGLE_HALF_CIRCLE)
+    {
+        return CircleRemainder(WrapAdd(horizontalAngle, ANGLE_HALF_CIRCLE));
+    }
+    return horizontalAngle;
+}
+
+AngleUnit CircleOrientation(const PointRecord* station, const PointRecord* sighted, AngleUnit reading)
+{
+    const AngleUnit orientation = ReduceToCircle(WrapSubtract(AzimuthBetween(station, sighted), reading));
+    return orientation >= ANGLE_HALF_CIRCLE ? orientation - ANGLE_FULL_CIRCLE : orientation;
+}
+
+} // namespace qstdlib

@@ -1,0 +1,187 @@
+#include <cstdlib>
+
+#include "core/angle.h"
+#include "core/point.h"
+#include "qstdlib/station.h"
+#include "station/adjustment.h"
+#include "station/height.h"
+
+namespace qstdlib {
+
+namespace {
+
+// What the instrument measures to: 2", 2 mm + 2 ppm.
+constexpr AdjustmentPrecision DEFAULT_ADJUSTMENT_PRECISION = {2.0, 0.002, 0.000002};
+
+bool HasDistance(const ResectObservation& observation)
+{
+    return observation.slopeDistance != 0.0;
+}
+
+bool IsHeightAndDistanceTarget(const ResectObservation& observation)
+{
+    return HasHeight(observation.target) && HasDistance(observation);
+}
+
+void FillAngles(const ResectObservation& observation, ResectWorkRecord& record)
+{
+    AngleUnit direction = observation.horizontalAngle;
+    AngleUnit zenith = observation.zenithAngle;
+    if (zenith < 0 || zenith >= ANGLE_HALF_CIRCLE)
+    {
+        // Unreduced radians of a normalised angle are 45.4 degrees off: kept, stored set-ups depend on it.
+        direction = WrapSubtract(direction, ANGLE_HALF_CIRCLE);
+        NormalizeAngle(&direction);
+        zenith = WrapSubtract(ANGLE_FULL_CIRCLE, zenith);
+    }
+    record.direction = UnreducedRadians(direction);
+    record.zenith = UnreducedRadians(zenith);
+}
+
+void FillWorkRecord(const ResectObservation& observation, ResectWorkRecord& record)
+{
+    record.northing = observation.target.northing;
+    record.easting = observation.target.easting;
+    record.height = HasHeight(observation.target) ? observation.target.height : MISSING_VALUE;
+    record.reflectorHeight = observation.reflectorHeight;
+    FillAngles(observation, record);
+    const bool measured = HasDistance(observation);
+    record.slopeDistance = measured ? observation.slopeDistance : MISSING_VALUE;
+    record.horizontalDistance = measured ? observation.horizontalDistance : MISSING_VALUE;
+    record.verticalDifference = measured ? observation.verticalDifference : MISSING_VALUE;
+}
+
+// Station heights, one a target, gathered.
+struct HeightStatistics
+{
+    double maximum = -1e20;
+    double minimum = 1e20;
+    double sum = 0.0;
+    int32_t count = 0;
+};
+
+void Gather(HeightStatistics& statistics, double height)
+{
+    if (height > statistics.maximum)
+    {
+        statistics.maximum = height;
+    }
+    if (height < statistics.minimum)
+    {
+        statistics.minimum = height;
+    }
+    statistics.sum += height;
+    ++statistics.count;
+}
+
+// From the targets with a distance and a known height, each height being kept in its work record; if there are none,
+// from all targets of known height by zenith angle.
+HeightStatistics GatherStationHeights(int16_t count, const ResectObservation* observations, const PointRecord& station,
+                                      ResectWorkRecord* work)
+{
+    HeightStatistics statistics;
+    for (int16_t i = 0; i < count; ++i)
+    {
+        const ResectObservation& observation = observations[i];
+        if (IsHeightAndDistanceTarget(observation))
+        {
+            work[i].heightValue = QSTNSeaLevelCalcByBM(observation.target.height, observation.reflectorHeight,
+                                                       observation.verticalDifference);
+            Gather(statistics, work[i].heightValue);
+        }
+    }
+    if (statistics.count > 0)
+    {
+        return statistics;
+    }
+    for (int16_t i = 0; i < count; ++i)
+    {
+        const ResectObservation& observation = observations[i];
+        if (HasHeight(observation.target))
+        {
+            Gather(statistics, StationHeightByZenith(station.northing, station.easting, &observation.target,
+                                                     observation.zenithAngle, observation.reflectorHeight));
+        }
+    }
+    return statistics;
+}
+
+void SetHeight(const HeightStatistics& statistics, ResectStation& station)
+{
+    const bool known = statistics.count > 0;
+    station.position.height = known ? statistics.sum / statistics.count : 0.0;
+    station.position.flags = known ? FLAGS_PLAN_AND_HEIGHT : FLAGS_PLAN;
+    station.heightSpread = known ? statistics.maximum - statistics.minimum : 0.0;
+}
+
+// The distance residual of a target without height is dropped, although the distance took part: kept, stored set-ups
+// are compared with it.
+void SetResidual(const ResectObservation& observation, const ResectWorkRecord& record, double stationHeight,
+                 ResectResidual& residual)
+{
+    const bool reported = IsHeightAndDistanceTarget(observation);
+    residual.angleResidual = TruncateRadiansToAngle(record.angleResidual);
+    residual.distanceResidual = reported ? record.distanceResidual : 0.0;
+    residual.heightResidual = reported ? record.heightValue - stationHeight : 0.0;
+}
+
+int32_t Resect(int16_t count, const ResectObservation* observations, ResectWorkRecord* work, ResectStation* station,
+               ResectResidual* residuals)
+{
+    for (int16_t i = 0; i < count; ++i)
+    {
+        FillWorkRecord(observations[i], work[i]);
+    }
+    double northing = 0.0;
+    double easting = 0.0;
+    double orientation = 0.0;
+    double northingSigma = 0.0;
+    double eastingSigma = 0.0;
+    double ignored[4]; // height and its sigma, sigmas of orientation and unit weight
+    const int32_t result =
+        AdjustResection(ADJUST_MODE_PLAN, count, work, DEFAULT_ADJUSTMENT_PRECISION, &northing, &easting, &ignored[0],
+                        &orientation, &northingSigma, &eastingSigma, &ignored[1], &ignored[2], &ignored[3]);
+    if (result == ADJUST_NO_MEMORY || result == ADJUST_DEGENERATE)
+    {
+        return QSTD_REJECTED;
+    }
+    if (result == ADJUST_NOT_CONVERGED)
+    {
+        return QSTD_DEGENERATE;
+    }
+
+    station->position.northing = northing;
+    station->position.easting = easting;
+    station->orientation = TruncateRadiansToAngle(orientation);
+    station->northingPrecision = northingSigma;
+    station->eastingPrecision = eastingSigma;
+    SetHeight(GatherStationHeights(count, observations, station->position, work), *station);
+    for (int16_t i = 0; i < count; ++i)
+    {
+        SetResidual(observations[i], work[i], station->position.height, residuals[i]);
+    }
+    return QSTD_OK;
+}
+
+} // namespace
+
+} // namespace qstdlib
+
+int32_t QSTNMultiResect(int16_t count, const ResectObservation* observations, ResectStation* station,
+                        ResectResidual* residuals)
+{
+    using namespace qstdlib;
+    if (count < 1)
+    {
+        return QSTD_REJECTED; // an empty set cannot be adjusted
+    }
+    auto* const work =
+        static_cast<ResectWorkRecord*>(std::malloc(static_cast<size_t>(count) * sizeof(ResectWorkRecord)));
+    if (work == nullptr)
+    {
+        return QSTD_NO_MEMORY;
+    }
+    const int32_t status = Resect(count, observations, work, station, residuals);
+    std::free(work);
+    return status;
+}

@@ -1,0 +1,60 @@
+// The working record of a target in the adjustment, and what its fields say is present.
+#ifndef QSTDLIB_STATION_RESECT_WORK_H
+#define QSTDLIB_STATION_RESECT_WORK_H
+
+#include <cstdint>
+
+#include "qstdlib/types.h"
+
+namespace qstdlib {
+
+// Internal results of the adjustment and its toolkit.
+constexpr int32_t ADJUST_CONVERGED = 0;
+constexpr int32_t ADJUST_NOT_CONVERGED = 1;
+constexpr int32_t ADJUST_NO_MEMORY = 2;
+constexpr int32_t ADJUST_DEGENERATE = 3;
+
+// Modes, by their number of coordinates: unknowns northing, easting, (height,) orientation.
+constexpr int32_t ADJUST_MODE_PLAN = 2;
+constexpr int32_t ADJUST_MODE_SPATIAL = 3;
+
+constexpr double MACHINE_EPSILON = 2.220446049250313e-16;
+
+// Angles in radians; MISSING_VALUE where a component is absent.
+struct ResectWorkRecord
+{
+    double northing;
+    double easting;
+    double height;
+    double reflectorHeight;
+    double direction;
+    double zenith;
+    double slopeDistance;
+    double horizontalDistance;
+    double verticalDifference;
+    double angleResidual;
+    double distanceResidual;
+    double heightValue; // height residual of a spatial adjustment, later this target's station height
+};
+
+inline bool IsPresent(double component)
+{
+    return component != MISSING_VALUE;
+}
+
+// Zenith angle and all three distances.
+inline bool HasDistances(const ResectWorkRecord& record)
+{
+    return IsPresent(record.zenith) && IsPresent(record.slopeDistance) && IsPresent(record.horizontalDistance) &&
+           IsPresent(record.verticalDifference);
+}
+
+// A distance that the mode can use: a spatial adjustment needs the target's height too.
+inline bool HasUsableDistance(int32_t mode, const ResectWorkRecord& record)
+{
+    return HasDistances(record) && (mode != ADJUST_MODE_SPATIAL || IsPresent(record.height));
+}
+
+} // namespace qstdlib
+
+#endif
