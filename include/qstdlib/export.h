@@ -5,6 +5,10 @@
 #ifndef QSTDLIB_EXPORT_H
 #define QSTDLIB_EXPORT_H
 
+/** @def QSTD_BEGIN_DECLS
+    Begins declarations with C linkage; QSTD_END_DECLS ends them. */
+/** @def QSTD_END_DECLS
+    Ends what QSTD_BEGIN_DECLS begins. */
 #ifdef __cplusplus
 #define QSTD_BEGIN_DECLS extern "C" {
 #define QSTD_END_DECLS }
