@@ -29,8 +29,10 @@ set_target_properties(
                VISIBILITY_INLINES_HIDDEN ON)
 target_include_directories(qstdlib_objects PUBLIC ${PROJECT_SOURCE_DIR}/include PRIVATE ${PROJECT_SOURCE_DIR})
 target_compile_definitions(qstdlib_objects PRIVATE QSTDLIB_BUILDING)
-# Results must be the same to the last bit everywhere: no fused multiply-add, no rearranging.
-target_compile_options(qstdlib_objects PRIVATE -ffp-contract=off -fno-fast-math -fno-exceptions -fno-rtti)
+# Results must be the same to the last bit everywhere: no fused multiply-add, no rearranging, and the sine and cosine that
+# are called, not one sincos for both.
+set(QSTDLIB_EXACT -ffp-contract=off -fno-fast-math -fno-builtin-sin -fno-builtin-cos)
+target_compile_options(qstdlib_objects PRIVATE ${QSTDLIB_EXACT} -fno-exceptions -fno-rtti)
 if(QSTDLIB_SANITIZE)
     target_compile_options(qstdlib_objects PRIVATE -fsanitize=${QSTDLIB_SANITIZE} -fno-sanitize-recover=all)
 endif()

@@ -8,14 +8,14 @@ namespace qstdlib {
 
 namespace {
 
-// PI / 10,368,000, as wide as stored azimuths need it.
+// PI / 10,368,000.
 constexpr double RADIANS_PER_UNIT = 3.0300855069346e-7;
 
 // 20,736,000 / PI: twice the units of a radian, so that the integer's last bit is a half unit to round by.
 constexpr double HALF_UNITS_PER_RADIAN = 6600473.799907084;
 
-// 10,368,000 as the adjustment multiplies by it.
-constexpr double HALF_CIRCLE = ANGLE_HALF_CIRCLE;
+// 1 / PI.
+constexpr double INVERSE_PI = 0.3183098861837907;
 
 } // namespace
 
@@ -51,7 +51,7 @@ AngleUnit RadiansToAngle(double radians)
 
 AngleUnit TruncateRadiansToAngle(double radians)
 {
-    return TruncateToInt32(radians * HALF_CIRCLE * INVERSE_PI);
+    return TruncateToInt32(radians * ANGLE_HALF_CIRCLE * INVERSE_PI);
 }
 
 QSTD_WRAPS int32_t NormalizeAngle(AngleUnit* angle)

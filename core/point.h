@@ -2,6 +2,8 @@
 #ifndef QSTDLIB_CORE_POINT_H
 #define QSTDLIB_CORE_POINT_H
 
+#include <cmath>
+
 #include "qstdlib/types.h"
 
 namespace qstdlib {
@@ -28,6 +30,11 @@ inline bool HasPlanAndHeight(const PointRecord& point)
 inline bool CoincideInPlan(const PointRecord& first, const PointRecord& second)
 {
     return first.northing == second.northing && first.easting == second.easting;
+}
+
+inline double PlanDistance(const PointRecord& from, const PointRecord& to)
+{
+    return std::hypot(to.northing - from.northing, to.easting - from.easting);
 }
 
 // Azimuth in the instrument's reference; ANGLE_UNDEFINED without plan coordinates or when they are equal.

@@ -87,16 +87,17 @@ int32_t IsSeaLevelCorrectionOn()
 double GetMeanElevation()
 {
     constexpr int MEAN_ELEVATION = 5;
-    SettingsRecord record;
+    SettingsRecord record = {};
     Instrument().GetSettingsRecord(&record);
     return record.values[MEAN_ELEVATION];
 }
 
 } // namespace qstdlib
 
+using namespace qstdlib;
+
 void ConnectInstrumentSettings(const InstrumentSettings* settings)
 {
-    using namespace qstdlib;
     const InstrumentSettings& given = settings != nullptr ? *settings : DEFAULTS;
     connected = {ValueOr(given.GetIntSetting, DEFAULTS.GetIntSetting),
                  ValueOr(given.GetRealSetting, DEFAULTS.GetRealSetting),

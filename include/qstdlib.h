@@ -6,6 +6,9 @@
  * distances are doubles in one linear unit (metres wherever a formula holds a constant of the earth). Results go into
  * records that the caller owns; almost every function returns a status (QstdStatus).
  *
+ * Input that is not finite is not detected: a status of 0 does not exclude that results are not finite either, and an
+ * angle formed from not-a-number is 0.
+ *
  * The library is used by one thread at a time: it takes no locks, and the connected instrument is one for all callers.
  */
 #ifndef QSTDLIB_H

@@ -150,13 +150,13 @@ bool AllocateEquations(Scratch& s)
 // dx = -((Q A^T) P) l
 int32_t FormCorrections(const Scratch& s)
 {
-    const Matrix projected = AllocMatrix(1, s.unknownCount, 1, s.rows);
-    const Matrix weighted = projected != nullptr ? AllocMatrix(1, s.unknownCount, 1, s.rows) : nullptr;
+    const Matrix cofactorsByDesign = AllocMatrix(1, s.unknownCount, 1, s.rows);
+    const Matrix weighted = cofactorsByDesign != nullptr ? AllocMatrix(1, s.unknownCount, 1, s.rows) : nullptr;
     int32_t result = ADJUST_NO_MEMORY;
     if (weighted != nullptr)
     {
-        MultiplyByTranspose(s.cofactors, s.design, projected, s.unknownCount, s.unknownCount, s.rows);
-        MultiplyMatrices(projected, s.weights, weighted, s.unknownCount, s.rows, s.rows);
+        MultiplyByTranspose(s.cofactors, s.design, cofactorsByDesign, s.unknownCount, s.unknownCount, s.rows);
+        MultiplyMatrices(cofactorsByDesign, s.weights, weighted, s.unknownCount, s.rows, s.rows);
         MatrixTimesVector(weighted, s.misclosures, s.corrections, s.unknownCount, s.rows);
         for (int32_t i = 1; i <= s.unknownCount; ++i)
         {
@@ -165,7 +165,7 @@ int32_t FormCorrections(const Scratch& s)
         result = 0;
     }
     FreeMatrix(weighted, 1, 1);
-    FreeMatrix(projected, 1, 1);
+    FreeMatrix(cofactorsByDesign, 1, 1);
     return result;
 }
 
@@ -179,7 +179,7 @@ void FormResiduals(const Scratch& s)
 }
 
 // v^T P v, row by row: the weights are symmetric.
-double WeightedSquareSum(const Scratch& s)
+double WeightedSumOfSquares(const Scratch& s)
 {
     double omega = 0.0;
     for (int32_t j = 1; j <= s.rows; ++j)
@@ -218,7 +218,7 @@ int32_t Iterate(int32_t mode, int16_t count, const ResectWorkRecord* work, const
             s.unknowns[i] += s.corrections[i];
         }
         FormResiduals(s);
-        *omega = WeightedSquareSum(s);
+        *omega = WeightedSumOfSquares(s);
         if (*omega < MACHINE_EPSILON)
         {
             break;
@@ -233,8 +233,8 @@ int32_t Iterate(int32_t mode, int16_t count, const ResectWorkRecord* work, const
     return limit > 1 && iteration > limit ? ADJUST_NOT_CONVERGED : ADJUST_CONVERGED;
 }
 
-// Into the circle, from within one circle outside; exactly a full circle stays.
-double OrientationInCircle(double orientation)
+// Brought back by one circle at most; exactly a full circle stays.
+double ReduceOnce(double orientation)
 {
     if (orientation < 0.0)
     {
@@ -306,7 +306,7 @@ int32_t BuildObservationVector(int32_t* mode, int16_t count, const ResectWorkRec
     *rows = *distances + directions + heights;
     if (*rows == 0)
     {
-        return ADJUST_DEGENERATE; // nothing to adjust, and no matrix has no rows
+        return ADJUST_DEGENERATE; // an empty set: a matrix needs at least one row
     }
     double* const vector = AllocVector(*rows);
     if (vector == nullptr)
@@ -419,16 +419,16 @@ int32_t AdjustResection(int32_t mode, int16_t count, ResectWorkRecord* work, Adj
         const bool spatial = mode == ADJUST_MODE_SPATIAL;
         const int32_t last = s.unknownCount;
         const int32_t redundancy = s.rows - s.unknownCount;
-        const double variance = redundancy > 0 ? omega / redundancy : omega;
+        const double varianceFactor = redundancy > 0 ? omega / redundancy : omega;
         *northing = s.unknowns[1];
         *easting = s.unknowns[2];
         *height = spatial ? s.unknowns[3] : MISSING_VALUE;
-        *orientation = OrientationInCircle(s.unknowns[last]);
-        *northingSigma = std::sqrt(s.cofactors[1][1] * variance);
-        *eastingSigma = std::sqrt(s.cofactors[2][2] * variance);
-        *heightSigma = spatial ? std::sqrt(s.cofactors[3][3] * variance) : MISSING_VALUE;
-        *orientationSigma = std::sqrt(s.cofactors[last][last] * variance);
-        *unitWeightSigma = std::sqrt(variance);
+        *orientation = ReduceOnce(s.unknowns[last]);
+        *northingSigma = std::sqrt(s.cofactors[1][1] * varianceFactor);
+        *eastingSigma = std::sqrt(s.cofactors[2][2] * varianceFactor);
+        *heightSigma = spatial ? std::sqrt(s.cofactors[3][3] * varianceFactor) : MISSING_VALUE;
+        *orientationSigma = std::sqrt(s.cofactors[last][last] * varianceFactor);
+        *unitWeightSigma = std::sqrt(varianceFactor);
         StoreResiduals(mode, count, work, s.residuals);
     }
     Release(s);

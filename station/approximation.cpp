@@ -25,6 +25,7 @@ struct Centre
     double easting;
 };
 
+// Strictly below, so that the epsilon itself counts as a value.
 bool IsNearZero(double value)
 {
     return std::fabs(value) < MACHINE_EPSILON;
@@ -61,7 +62,7 @@ bool AreDistinct(const ResectWorkRecord& a, const ResectWorkRecord& b)
 bool AreUsable(const ResectWorkRecord& a, const ResectWorkRecord& b)
 {
     const double difference = std::fabs(b.direction - a.direction);
-    return !IsNearZero(difference) && !IsNearZero(difference - PI);
+    return difference >= MACHINE_EPSILON && std::fabs(difference - PI) >= MACHINE_EPSILON;
 }
 
 bool DifferInPlan(const ResectWorkRecord& a, const ResectWorkRecord& b)
@@ -113,14 +114,30 @@ const ResectWorkRecord* ThirdTarget(const ResectWorkRecord& i, const ResectWorkR
     return k;
 }
 
+void SetTriple(const ResectWorkRecord** chosen, const ResectWorkRecord* p1, const ResectWorkRecord* p2,
+               const ResectWorkRecord* p3)
+{
+    chosen[0] = p1;
+    chosen[1] = p2;
+    chosen[2] = p3;
+}
+
+// Puts neighbours together that do not coincide or oppose each other.
 void OrderTriple(const ResectWorkRecord* i, const ResectWorkRecord* j, const ResectWorkRecord* k,
                  const ResectWorkRecord** chosen)
 {
-    const bool firstPairUsable = AreUsable(*i, *j);
-    const bool leadsWithJ = firstPairUsable && !AreUsable(*j, *k);
-    chosen[0] = leadsWithJ ? j : i;
-    chosen[1] = leadsWithJ ? i : (firstPairUsable ? j : k);
-    chosen[2] = firstPairUsable ? k : j;
+    if (!AreUsable(*i, *j))
+    {
+        SetTriple(chosen, i, k, j);
+    }
+    else if (AreUsable(*j, *k))
+    {
+        SetTriple(chosen, i, j, k);
+    }
+    else
+    {
+        SetTriple(chosen, j, i, k);
+    }
 }
 
 int32_t SelectTriple(const ResectWorkRecord* begin, const ResectWorkRecord* end, const ResectWorkRecord** chosen)

@@ -14,6 +14,17 @@ AngleUnit FaceReducedReading(AngleUnit horizontalAngle, AngleUnit zenithAngle)
     return horizontalAngle;
 }
 
+AngleUnit FaceNormalizedReading(AngleUnit horizontalAngle, AngleUnit zenithAngle)
+{
+    if (!IsFaceTwo(zenithAngle))
+    {
+        return horizontalAngle;
+    }
+    AngleUnit reading = WrapSubtract(horizontalAngle, ANGLE_HALF_CIRCLE);
+    NormalizeAngle(&reading);
+    return reading;
+}
+
 AngleUnit CircleOrientation(const PointRecord* station, const PointRecord* sighted, AngleUnit reading)
 {
     const AngleUnit orientation = ReduceToCircle(WrapSubtract(AzimuthBetween(station, sighted), reading));

@@ -11,9 +11,9 @@ namespace qstdlib {
 
 namespace {
 
-// Steeper sights are taken for one arc-minute off the vertical, so that the tangent stays finite.
-constexpr double LOWEST_ZENITH = 0.0002908882086657216;
-constexpr double HIGHEST_ZENITH = 3.1413017653811273;
+// Steeper sights are taken for one arc-minute off the vertical, so that the divisions by sine and tangent stay finite.
+constexpr double SMALLEST_ZENITH = 0.0002908882086657216;
+constexpr double LARGEST_ZENITH = 3.1413017653811273;
 
 // The earth's radius is 6,370,000 m.
 constexpr double INVERSE_RADIUS = 1.5698587127158556e-7;
@@ -22,11 +22,11 @@ constexpr double INVERSE_DIAMETER = 7.849293563579278e-8;
 double FaceOneZenithRadians(AngleUnit zenith)
 {
     const double radians = UnreducedRadians(zenith >= ANGLE_HALF_CIRCLE ? ANGLE_FULL_CIRCLE - zenith : zenith);
-    if (radians < LOWEST_ZENITH)
+    if (radians < SMALLEST_ZENITH)
     {
-        return LOWEST_ZENITH;
+        return SMALLEST_ZENITH;
     }
-    return radians > HIGHEST_ZENITH ? HIGHEST_ZENITH : radians;
+    return radians > LARGEST_ZENITH ? LARGEST_ZENITH : radians;
 }
 
 // From the plane of the coordinates to the ground.

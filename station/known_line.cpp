@@ -5,6 +5,7 @@
 #include "qstdlib/cogo.h"
 #include "qstdlib/measure.h"
 #include "qstdlib/station.h"
+#include "station/circle.h"
 
 namespace qstdlib {
 
@@ -16,19 +17,6 @@ PointRecord LocalPoint(const ResectObservation& observation, AngleUnit reading)
     const double direction = UnreducedRadians(reading);
     return {observation.horizontalDistance * std::cos(direction), observation.horizontalDistance * std::sin(direction),
             observation.verticalDifference, FLAGS_PLAN_AND_HEIGHT};
-}
-
-// A face-two reading, normalised but not reduced, ends 45.4 degrees off. It is applied to the direction observation and
-// not to the start observation: both kept, stored set-ups depend on it.
-AngleUnit DirectionReading(const ResectObservation& observation)
-{
-    AngleUnit reading = observation.horizontalAngle;
-    if (observation.zenithAngle < 0 || observation.zenithAngle >= ANGLE_HALF_CIRCLE)
-    {
-        reading = WrapSubtract(reading, ANGLE_HALF_CIRCLE);
-        NormalizeAngle(&reading);
-    }
-    return reading;
 }
 
 // The azimuth as given or, if it is not, from the coordinates of the two targets.
@@ -47,6 +35,7 @@ int32_t LineAzimuth(const PointRecord& start, const PointRecord& second, AngleUn
     return status;
 }
 
+// Not QSTNSeaLevelCalcByBM: the order of the sum differs, and with it the last bit.
 double StationHeight(const ResectObservation& start)
 {
     if (!HasHeight(start.target))
@@ -60,12 +49,16 @@ double StationHeight(const ResectObservation& start)
 
 } // namespace qstdlib
 
+using namespace qstdlib;
+
 int32_t QSTNKnownLine(const ResectObservation* startObservation, const ResectObservation* directionObservation,
                       AngleUnit lineAzimuth, ResectStation* station, ResectResidual* residuals)
 {
-    using namespace qstdlib;
+    // The face is looked at for the second observation only: kept, stored set-ups depend on it.
     const PointRecord startLocal = LocalPoint(*startObservation, startObservation->horizontalAngle);
-    const PointRecord secondLocal = LocalPoint(*directionObservation, DirectionReading(*directionObservation));
+    const PointRecord secondLocal =
+        LocalPoint(*directionObservation,
+                   FaceNormalizedReading(directionObservation->horizontalAngle, directionObservation->zenithAngle));
     RemoteDistanceResult measured;
     int32_t status = QRDMCalcByCoord(&startLocal, &secondLocal, &measured);
     if (status != QSTD_OK)

@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <limits>
 
-#include "station/resect_work.h"
-
 namespace qstdlib {
 
 namespace {
@@ -389,24 +387,25 @@ int32_t SolveLinearSystem(Matrix n, Matrix b, int32_t order, int32_t columns)
     return result;
 }
 
-int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t observations, int32_t unknowns)
+int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t rows, int32_t unknownCount)
 {
-    const Matrix weighted = AllocMatrix(1, observations, 1, unknowns);
-    const Matrix normal = weighted != nullptr ? AllocMatrix(1, unknowns, 1, unknowns) : nullptr;
+    const Matrix weighted = AllocMatrix(1, rows, 1, unknownCount);
+    const Matrix normal = weighted != nullptr ? AllocMatrix(1, unknownCount, 1, unknownCount) : nullptr;
 
     int32_t result = ADJUST_NO_MEMORY;
     if (normal != nullptr)
     {
-        MultiplyMatrices(weights, design, weighted, observations, observations, unknowns);
-        TransposeMultiply(design, weighted, normal, unknowns, observations, unknowns);
-        for (int32_t i = 1; i <= unknowns; ++i)
+        MultiplyMatrices(weights, design, weighted, rows, rows, unknownCount);
+        // NOLINTNEXTLINE(readability-suspicious-call-argument): the product has as many rows as there are unknowns
+        TransposeMultiply(design, weighted, normal, unknownCount, rows, unknownCount);
+        for (int32_t i = 1; i <= unknownCount; ++i)
         {
-            for (int32_t j = 1; j <= unknowns; ++j)
+            for (int32_t j = 1; j <= unknownCount; ++j)
             {
                 cofactors[i][j] = i == j ? 1.0 : 0.0;
             }
         }
-        result = SolveLinearSystem(normal, cofactors, unknowns, unknowns);
+        result = SolveLinearSystem(normal, cofactors, unknownCount, unknownCount);
     }
     FreeMatrix(normal, 1, 1);
     FreeMatrix(weighted, 1, 1);

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "station/adjust_result.h"
+
 namespace qstdlib {
 
 // A table of row pointers over one contiguous data block, both with a spare first entry.
@@ -47,8 +49,9 @@ int32_t IsNegligible(Matrix m, int32_t rows, int32_t columns);
 // ADJUST_NO_MEMORY, ADJUST_DEGENERATE.
 int32_t SolveLinearSystem(Matrix n, Matrix b, int32_t order, int32_t columns);
 
-// cofactors = inverse of (design^T weights design). ADJUST_NO_MEMORY, ADJUST_DEGENERATE.
-int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t observations, int32_t unknowns);
+// cofactors = inverse of (design^T weights design). On failure, ADJUST_NO_MEMORY or ADJUST_DEGENERATE, they hold
+// nothing of use.
+int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t rows, int32_t unknownCount);
 
 } // namespace qstdlib
 

@@ -4,6 +4,7 @@
 #include "core/point.h"
 #include "qstdlib/station.h"
 #include "station/adjustment.h"
+#include "station/circle.h"
 #include "station/height.h"
 
 namespace qstdlib {
@@ -23,28 +24,15 @@ bool IsHeightAndDistanceTarget(const ResectObservation& observation)
     return HasHeight(observation.target) && HasDistance(observation);
 }
 
-void FillAngles(const ResectObservation& observation, ResectWorkRecord& record)
-{
-    AngleUnit direction = observation.horizontalAngle;
-    AngleUnit zenith = observation.zenithAngle;
-    if (zenith < 0 || zenith >= ANGLE_HALF_CIRCLE)
-    {
-        // Unreduced radians of a normalised angle are 45.4 degrees off: kept, stored set-ups depend on it.
-        direction = WrapSubtract(direction, ANGLE_HALF_CIRCLE);
-        NormalizeAngle(&direction);
-        zenith = WrapSubtract(ANGLE_FULL_CIRCLE, zenith);
-    }
-    record.direction = UnreducedRadians(direction);
-    record.zenith = UnreducedRadians(zenith);
-}
-
 void FillWorkRecord(const ResectObservation& observation, ResectWorkRecord& record)
 {
     record.northing = observation.target.northing;
     record.easting = observation.target.easting;
     record.height = HasHeight(observation.target) ? observation.target.height : MISSING_VALUE;
     record.reflectorHeight = observation.reflectorHeight;
-    FillAngles(observation, record);
+    const AngleUnit zenith = observation.zenithAngle;
+    record.direction = UnreducedRadians(FaceNormalizedReading(observation.horizontalAngle, zenith));
+    record.zenith = UnreducedRadians(IsFaceTwo(zenith) ? WrapSubtract(ANGLE_FULL_CIRCLE, zenith) : zenith);
     const bool measured = HasDistance(observation);
     record.slopeDistance = measured ? observation.slopeDistance : MISSING_VALUE;
     record.horizontalDistance = measured ? observation.horizontalDistance : MISSING_VALUE;
@@ -114,8 +102,7 @@ void SetHeight(const HeightStatistics& statistics, ResectStation& station)
     station.heightSpread = known ? statistics.maximum - statistics.minimum : 0.0;
 }
 
-// The distance residual of a target without height is dropped, although the distance took part: kept, stored set-ups
-// are compared with it.
+// The distance residual of a target without height is dropped on purpose, although the distance took part.
 void SetResidual(const ResectObservation& observation, const ResectWorkRecord& record, double stationHeight,
                  ResectResidual& residual)
 {
@@ -167,10 +154,11 @@ int32_t Resect(int16_t count, const ResectObservation* observations, ResectWorkR
 
 } // namespace qstdlib
 
+using namespace qstdlib;
+
 int32_t QSTNMultiResect(int16_t count, const ResectObservation* observations, ResectStation* station,
                         ResectResidual* residuals)
 {
-    using namespace qstdlib;
     if (count < 1)
     {
         return QSTD_REJECTED; // an empty set cannot be adjusted

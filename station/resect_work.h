@@ -5,20 +5,13 @@
 #include <cstdint>
 
 #include "qstdlib/types.h"
+#include "station/adjust_result.h"
 
 namespace qstdlib {
-
-// Internal results of the adjustment and its toolkit.
-constexpr int32_t ADJUST_CONVERGED = 0;
-constexpr int32_t ADJUST_NOT_CONVERGED = 1;
-constexpr int32_t ADJUST_NO_MEMORY = 2;
-constexpr int32_t ADJUST_DEGENERATE = 3;
 
 // Modes, by their number of coordinates: unknowns northing, easting, (height,) orientation.
 constexpr int32_t ADJUST_MODE_PLAN = 2;
 constexpr int32_t ADJUST_MODE_SPATIAL = 3;
-
-constexpr double MACHINE_EPSILON = 2.220446049250313e-16;
 
 // Angles in radians; MISSING_VALUE where a component is absent.
 struct ResectWorkRecord

@@ -10,9 +10,9 @@ namespace qstdlib {
 
 namespace {
 
-AngleUnit FaceReducedReading(const TwoPointTarget& target)
+AngleUnit Reading(const TwoPointTarget& target)
 {
-    return qstdlib::FaceReducedReading(target.horizontalAngle, target.zenithAngle);
+    return FaceReducedReading(target.horizontalAngle, target.zenithAngle);
 }
 
 bool HasDistance(const TwoPointTarget& target)
@@ -43,23 +43,25 @@ double AngleAtMeasuredTarget(AngleUnit angleAtStation, double sine, double cosin
     return std::atan2(computed * sine, measured - computed * cosine);
 }
 
+bool GivesHeight(const TwoPointTarget& target)
+{
+    return HasDistance(target) && HasHeight(target.known);
+}
+
+// Station height from one target; 0.0 where it gives none.
+double StationHeight(const TwoPointTarget& target)
+{
+    return GivesHeight(target) ? (target.known.height - target.verticalDifference) + target.reflectorHeight : 0.0;
+}
+
 void SetHeight(const TwoPointTarget& first, const TwoPointTarget& second, TwoPointStation& station)
 {
-    double heights[2] = {0.0, 0.0};
-    const TwoPointTarget* const targets[2] = {&first, &second};
-    int count = 0;
-    for (int i = 0; i < 2; ++i)
-    {
-        const TwoPointTarget& target = *targets[i];
-        if (HasDistance(target) && HasHeight(target.known))
-        {
-            heights[i] = (target.known.height - target.verticalDifference) + target.reflectorHeight;
-            ++count;
-        }
-    }
-    station.station.height = count > 0 ? (heights[1] + heights[0]) / count : 0.0;
+    const double firstHeight = StationHeight(first);
+    const double secondHeight = StationHeight(second);
+    const int32_t count = (GivesHeight(first) ? 1 : 0) + (GivesHeight(second) ? 1 : 0);
+    station.station.height = count > 0 ? (secondHeight + firstHeight) / count : 0.0;
     station.station.flags = count > 0 ? FLAGS_PLAN_AND_HEIGHT : FLAGS_PLAN;
-    station.heightDifference = count == 2 ? heights[0] - heights[1] : 0.0;
+    station.heightDifference = count == 2 ? firstHeight - secondHeight : 0.0;
 }
 
 double DistanceResidual(const TwoPointTarget& target, const PointRecord& station)
@@ -68,8 +70,7 @@ double DistanceResidual(const TwoPointTarget& target, const PointRecord& station
     {
         return 0.0;
     }
-    return target.horizontalDistance -
-           std::hypot(target.known.northing - station.northing, target.known.easting - station.easting);
+    return target.horizontalDistance - PlanDistance(station, target.known);
 }
 
 void SetChecks(const TwoPointTarget& first, const TwoPointTarget& second, TwoPointStation& station)
@@ -77,11 +78,9 @@ void SetChecks(const TwoPointTarget& first, const TwoPointTarget& second, TwoPoi
     station.baselineCheck = 0.0;
     if (HasDistance(first) && HasDistance(second))
     {
-        const double known = std::hypot(second.known.northing - first.known.northing, //
-                                        second.known.easting - first.known.easting);
-        const double measured = std::hypot(second.localNorthing - first.localNorthing, //
-                                           second.localEasting - first.localEasting);
-        station.baselineCheck = known - measured;
+        const double measured =
+            std::hypot(second.localNorthing - first.localNorthing, second.localEasting - first.localEasting);
+        station.baselineCheck = PlanDistance(first.known, second.known) - measured;
     }
     station.firstDistanceResidual = DistanceResidual(first, station.station);
     station.secondDistanceResidual = DistanceResidual(second, station.station);
@@ -100,49 +99,50 @@ int32_t SolveTwoDistances(const TwoPointTarget* first, const TwoPointTarget* sec
     {
         return QSTD_COINCIDENT_POINTS;
     }
-    // Rotation and scale in one: a = m cos, b = m sin. The scale m is whatever the two baselines make it.
+    // Rotation and scale in one: a = m cos o, b = -m sin o for the orientation o and a scale m that is whatever the two
+    // baselines make it.
     const double inverse = 1.0 / squaredLength;
     const double a = (dE * dy + dN * dx) * inverse;
     const double b = (dy * dN - dE * dx) * inverse;
-
-    SetPlanPosition(station->station,
-                    first->known.northing - a * first->localNorthing - b * first->localEasting, //
-                    b * first->localNorthing + first->known.easting - a * first->localEasting);
-    station->orientation = CircleOrientation(&station->station, &first->known, FaceReducedReading(*first));
+    const double northing = first->known.northing - a * first->localNorthing - b * first->localEasting;
+    const double easting = b * first->localNorthing + first->known.easting - a * first->localEasting;
+    SetPlanPosition(station->station, northing, easting);
+    station->orientation = CircleOrientation(&station->station, &first->known, Reading(*first));
     return QSTD_OK;
 }
 
 int32_t SolveOneDistance(const TwoPointTarget* first, const TwoPointTarget* second, TwoPointStation* station)
 {
     const bool swapped = !HasDistance(*first);
-    const TwoPointTarget& a = swapped ? *second : *first; // with the distance
-    const TwoPointTarget& b = swapped ? *first : *second;
+    const TwoPointTarget& measured = swapped ? *second : *first;
+    const TwoPointTarget& other = swapped ? *first : *second;
 
-    const AngleUnit gamma = WrapSubtract(FaceReducedReading(b), FaceReducedReading(a));
+    const AngleUnit gamma = WrapSubtract(Reading(other), Reading(measured));
     const double gammaRadians = AngleToRadians(gamma);
     const double sinGamma = std::sin(gammaRadians);
     const double cosGamma = std::cos(gammaRadians);
 
-    const double dN = b.known.northing - a.known.northing;
-    const double dE = b.known.easting - a.known.easting;
+    const double dN = other.known.northing - measured.known.northing;
+    const double dE = other.known.easting - measured.known.easting;
     const double baseline = std::hypot(dN, dE);
-    const double distanceA = a.horizontalDistance;
-    if (distanceA > baseline)
+    const double distance = measured.horizontalDistance;
+    if (distance > baseline)
     {
         return QSTD_DEGENERATE;
     }
-    // Sine rule for the angle at B, always acute; then B's distance as the sum of the projections onto its sight.
-    const double sinB = (distanceA / baseline) * sinGamma;
-    const double cosB = std::sqrt(1.0 - std::pow(sinB, 2.0));
-    const double distanceB = baseline * cosB + distanceA * cosGamma;
+    // Sine rule for the angle at the other target, acute because it lies opposite the shorter side; then that target's
+    // distance as the sum of the projections onto its sight.
+    const double sinOther = (distance / baseline) * sinGamma;
+    const double cosOther = std::sqrt(1.0 - std::pow(sinOther, 2.0));
+    const double otherDistance = baseline * cosOther + distance * cosGamma;
 
-    const double phi = AngleAtMeasuredTarget(gamma, sinGamma, cosGamma, distanceA, distanceB);
+    const double phi = AngleAtMeasuredTarget(gamma, sinGamma, cosGamma, distance, otherDistance);
     const double theta = std::atan2(dN, dE); // baseline, from the easting axis towards the northing axis
     const double psi = phi - theta;
-
-    SetPlanPosition(station->station, a.known.northing - distanceA * std::sin(psi), //
-                    a.known.easting + distanceA * std::cos(psi));
-    station->orientation = CircleOrientation(&station->station, &first->known, FaceReducedReading(*first));
+    const double northing = measured.known.northing - distance * std::sin(psi);
+    const double easting = measured.known.easting + distance * std::cos(psi);
+    SetPlanPosition(station->station, northing, easting);
+    station->orientation = CircleOrientation(&station->station, &first->known, Reading(*first));
     return QSTD_OK;
 }
 
@@ -166,8 +166,8 @@ int32_t QSTN2PtResect(const TwoPointTarget* first, const TwoPointTarget* second,
     {
         return QSTD_NO_DISTANCE;
     }
-    const auto solve = firstMeasured && secondMeasured ? SolveTwoDistances : SolveOneDistance;
-    const int32_t status = solve(first, second, station);
+    const int32_t status = firstMeasured && secondMeasured ? SolveTwoDistances(first, second, station)
+                                                           : SolveOneDistance(first, second, station);
 
     // Heights and checks follow a failed solution too, from the plan position that the record already held.
     SetHeight(*first, *second, *station);

@@ -50,8 +50,8 @@ QSTD_API int32_t QCogoCoordToAngDist(const PointRecord* from, const PointRecord*
  * Forward computation: a new point from a known point, an azimuth, a horizontal distance and a height difference.
  *
  * @param[in]  from         plan flag set
- * @param[in]  observation  azimuth in the instrument's reference, any value; horizontal distance, negative for the
- *                          opposite direction; height difference. Zenith and slope distance are not read
+ * @param[in]  observation  azimuth in the instrument's reference, need not be reduced; horizontal distance, negative
+ *                          for the opposite direction; height difference. Zenith and slope distance are not read
  * @param[out] result       flags 3 if `from` has a height, else flags 1 and height 0.0; may be `from`
  * @retval QSTD_OK                   `result` written
  * @retval QSTD_MISSING_COORDINATES  the plan flag of `from` is clear; `result` untouched

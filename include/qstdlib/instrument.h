@@ -14,14 +14,16 @@ enum SettingIdentifier
     SETTING_AZIMUTH_REFERENCE = 49411,    /**< integer; 1: azimuths count from south; stand-alone 0 */
     SETTING_CURVATURE_REFRACTION = 49442, /**< integer; 1: curvature and refraction are corrected; stand-alone 0 */
     SETTING_SEA_LEVEL = 49443,            /**< integer; 1: distances are corrected for sea level; stand-alone 0 */
-    SETTING_REFRACTION_SELECTOR = 49445,  /**< integer; 0, 1, 2: coefficient 0.132, 0.133, 0.20; stand-alone 0 */
-    SETTING_SCALE_FACTOR = 54376          /**< real; scale of plan distances, 1.0 for none; stand-alone 1.0 */
+    SETTING_REFRACTION_SELECTOR = 49445,  /**< integer; 0, 1 or 2, nothing else: coefficient 0.132, 0.133, 0.20;
+                                               stand-alone 0 */
+    SETTING_SCALE_FACTOR = 54376          /**< real; scale of plan distances, 1.0 for none, 0.0 is ignored;
+                                               stand-alone 1.0 */
 };
 
 /** The settings record. The library reads values[5], the mean elevation of the working area, and nothing else. */
 typedef struct SettingsRecord
 {
-    double values[12]; /**< values[5] in the linear unit of the coordinates */
+    double values[12]; /**< values[5] in metres, the unit of the earth's radius that it is divided by */
 } SettingsRecord;
 
 /** The observation that the instrument would make of a target from its present station. */
@@ -53,8 +55,9 @@ typedef struct InstrumentSettings
     void (*GetSettingsRecord)(SettingsRecord* record);
     /** 1 when the telescope is in face two, else 0. Default: 0. */
     int32_t (*QueryFaceTwo)(void);
-    /** Expected observation of a target: 0 when `observation` is filled, -1 when there is none. `passthrough` is
-        whatever the caller of an offset function handed in. Default: fills with zeros, returns -1. */
+    /** Expected observation of a target: 0 when `observation` is filled, -1 when there is none, with a record of zeros
+        (it is copied all the same). `passthrough` is whatever the caller of an offset function handed in. Default:
+        zeros, -1. */
     int32_t (*CoordToObservation)(double northing, double easting, double height, double passthrough,
                                   ObservationRecord* observation);
     /** May tidy the discriminant of the line-circle intersection before it is tested. Default: returns `value`, leaves

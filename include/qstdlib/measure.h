@@ -27,7 +27,8 @@ QSTD_BEGIN_DECLS
  * @param[in]  first   plan flag set
  * @param[in]  second  plan flag set; may be `first`
  * @param[out] result  every field
- * @retval QSTD_OK                   `result` written
+ * @retval QSTD_OK                   `result` written; the azimuth is ANGLE_UNDEFINED where the points are so close that
+ *                                   the squares of their differences vanish
  * @retval QSTD_COINCIDENT_POINTS    equal northing and equal easting, whatever the heights; `result` written, azimuth
  *                                   ANGLE_UNDEFINED
  * @retval QSTD_MISSING_COORDINATES  a plan flag is clear; `result` untouched

@@ -25,7 +25,7 @@ typedef struct TwoPointTarget
     double unused[2];          /**< not read */
     AngleUnit horizontalAngle; /**< circle reading */
     AngleUnit zenithAngle;     /**< reduced into one circle, a half circle or more means face two */
-    double horizontalDistance; /**< 0.0: none measured */
+    double horizontalDistance; /**< 0.0: none measured; a negative one is not rejected and gives no station */
     double verticalDifference; /**< instrument to target, as measured */
     double reflectorHeight;    /**< height of the reflector above the known point */
 } TwoPointTarget;
@@ -34,7 +34,8 @@ typedef struct TwoPointTarget
 typedef struct TwoPointStation
 {
     PointRecord station;           /**< flags 3 when a height could be derived, else 1 and height 0.0 */
-    AngleUnit orientation;         /**< azimuth of the circle's zero, from -half circle to below +half circle */
+    AngleUnit orientation;         /**< azimuth of the circle's zero, from -half circle to below +half circle for
+                                        readings within one circle */
     double baselineCheck;          /**< known baseline less measured baseline; 0.0 without both distances */
     double firstDistanceResidual;  /**< measured less computed distance to the first target; 0.0 without one */
     double secondDistanceResidual; /**< as firstDistanceResidual, for the second target */
@@ -54,7 +55,7 @@ typedef struct ThreePointTarget
 typedef struct ResectObservation
 {
     PointRecord target;        /**< known coordinates; the plan flag is not tested, the height flag selects */
-    AngleUnit horizontalAngle; /**< circle reading */
+    AngleUnit horizontalAngle; /**< circle reading; in face one taken as it stands, without reduction */
     AngleUnit zenithAngle;     /**< below 0 or from a half circle on: face two */
     double slopeDistance;      /**< 0.0: no distance was measured to this target */
     double horizontalDistance; /**< the distance that is adjusted */
@@ -66,7 +67,8 @@ typedef struct ResectObservation
 typedef struct ResectStation
 {
     PointRecord position;     /**< flags 3 when a height could be derived, else 1 and height 0.0 */
-    AngleUnit orientation;    /**< azimuth of the circle's zero, 0 to a full circle inclusive */
+    AngleUnit orientation;    /**< azimuth of the circle's zero, brought back by one circle at most: within 0 to a
+                                   full circle, both inclusive, when the readings are in the circle and in face one */
     double northingPrecision; /**< standard deviation of the northing */
     double eastingPrecision;  /**< standard deviation of the easting */
     double heightSpread;      /**< largest less smallest station height over the targets; 0.0 without height */
@@ -98,14 +100,14 @@ QSTD_API double QSTNSeaLevelCalcByBM(double benchmarkHeight, double reflectorHei
  * Two-point resection: the station from two known points, at least one of them with a measured distance.
  *
  * Two distances: similarity fit of the targets' local coordinates onto their known coordinates, the scale left free.
- * One distance: triangle of station and targets, solved from the distance, the known baseline and the angle between
- * the sights; of its two solutions the one with the acute angle at the other target. The height is the mean over the
- * targets with a distance and a known height.
+ * One distance: triangle of station and targets, solved from the measured distance, the known baseline and the angle
+ * between the sights; as the distance may not exceed the baseline, the angle at the other target is acute and the
+ * solution unique. The height is the mean over the targets with a distance and a known height.
  *
- * @param[in]  first    plan flag set; local coordinates are read only when both distances are measured
- * @param[in]  second   as `first`; differs from it in plan
- * @param[out] station  every field on success. Read before it is written when the solution fails: its plan position
- *                      then enters the residuals
+ * @param[in]     first    plan flag set; local coordinates are read only when both distances are measured
+ * @param[in]     second   as `first`; differs from it in plan
+ * @param[in,out] station  every field on success. When the solution fails, the plan position that the record came with
+ *                         enters the residuals: initialise it
  * @retval QSTD_OK                   `station` written
  * @retval QSTD_COINCIDENT_POINTS    the known points coincide in plan: `station` untouched. Or the local coordinates
  *                                   do: northing, easting and orientation untouched, all else written
@@ -114,7 +116,8 @@ QSTD_API double QSTNSeaLevelCalcByBM(double benchmarkHeight, double reflectorHei
  * @retval QSTD_DEGENERATE           the single distance exceeds the baseline: northing, easting and orientation
  *                                   untouched, all else written
  *
- * Method: Helmert transformation through two points, or sine and cosine rule. Reads SETTING_AZIMUTH_REFERENCE.
+ * Method: similarity (Helmert) transformation through two points, or sine rule and projection of the sides. Reads
+ * SETTING_AZIMUTH_REFERENCE.
  */
 QSTD_API int32_t QSTN2PtResect(const TwoPointTarget* first, const TwoPointTarget* second,
                                TwoPointStation* station) QSTD_NONNULL;
@@ -136,7 +139,7 @@ QSTD_API int32_t QSTN2PtResect(const TwoPointTarget* first, const TwoPointTarget
  * @retval QSTD_DEGENERATE           the two centres coincide exactly: danger circle; `station` untouched
  * @retval QSTD_EQUAL_DIRECTIONS     two of the readings, reduced to face one, are equal; `station` untouched
  *
- * Method: Pothenot-Snellius resection by two circles. Reads SETTING_AZIMUTH_REFERENCE and, for each target with a
+ * Method: Snellius-Pothenot resection by two circles. Reads SETTING_AZIMUTH_REFERENCE and, for each target with a
  * height, the settings of the height reduction (scale, sea level, curvature and refraction).
  */
 QSTD_API int32_t QSTN3PtResect(const ThreePointTarget* first, const ThreePointTarget* second,
@@ -150,17 +153,20 @@ QSTD_API int32_t QSTN3PtResect(const ThreePointTarget* first, const ThreePointTa
  * directions. The height is the mean over the targets with a distance and a known height or, where there is none, over
  * the targets of known height by zenith angle.
  *
- * A face-two reading is reduced in a way that leaves its direction 2,615,296 units (45.4 degrees) off; kept, because
- * the instrument's applications hand in face-one readings and stored set-ups depend on it. Callers reduce such
- * readings themselves.
+ * A face-two reading is reduced in a way that leaves its direction 2,615,296 units (45.4 degrees) off; kept, stored
+ * set-ups depend on it. Callers who want face-two readings to count bring them to face one themselves.
+ *
+ * The precisions are a posteriori: scaled by the residuals over the redundancy or, with no redundancy, by the square
+ * sum itself, which is then near zero and says nothing. QSTD_OK does not vouch for the geometry: nearly singular sights
+ * can give an absurd position with precisions that are not numbers.
  *
  * @param[in]  count         number of observations
  * @param[in]  observations  `count` records; plan flags are not tested
  * @param[out] station       every field
  * @param[out] residuals     `count` records, in the order of the observations
  * @retval QSTD_OK          `station` and `residuals` written
- * @retval QSTD_REJECTED    `count` below 1, no memory for the adjustment, geometry without a first approximation, or a
- *                          singular system; outputs untouched
+ * @retval QSTD_REJECTED    `count` below 1, no memory for the adjustment, geometry without a first approximation, or
+ *                          normal equations with a row of zeros; outputs untouched
  * @retval QSTD_NO_MEMORY   no memory for the work records; outputs untouched
  * @retval QSTD_DEGENERATE  no convergence in ten iterations; outputs untouched
  *
@@ -178,8 +184,8 @@ QSTD_API int32_t QSTNMultiResect(int16_t count, const ResectObservation* observa
  * is reduced for the second observation only, in the way described there.
  *
  * @param[in]  startObservation      sight to the start point, with distances; target known
- * @param[in]  directionObservation  sight to the second point, with distances; its target's coordinates are read only
- *                                   when no azimuth is given
+ * @param[in]  directionObservation  sight to the second point, with distances; its target's plan coordinates and plan
+ *                                   flag are read only when no azimuth is given
  * @param[in]  lineAzimuth           azimuth of the line in the instrument's reference, or AZIMUTH_NOT_GIVEN
  * @param[out] station               as QSTNMultiResect, with the height from the start point, or NO_STATION_HEIGHT
  *                                   when it has none (the flags stay those of the adjustment); without azimuth the

@@ -47,11 +47,12 @@ typedef struct PointRecord
 /** Results of the exported functions. One meaning each across the library; each function names those it returns. */
 enum QstdStatus
 {
-    QSTD_OK = 0,
-    QSTD_REJECTED = -1,                /**< the input cannot define what is asked for, or there is no observation */
+    QSTD_OK = 0,                       /**< done */
+    QSTD_REJECTED = -1,                /**< the input cannot define what is asked for, or there is no observation,
+                                          or the adjustment failed */
     QSTD_NO_MEMORY = -3,               /**< no scratch memory for the multi-point resection */
     QSTD_NOT_DEFINED = -5,             /**< a calculation was called before its definition was set */
-    QSTD_COINCIDENT_POINTS = -1200,    /**< two points that must differ in plan coincide: no direction exists */
+    QSTD_COINCIDENT_POINTS = -1200,    /**< two points that must differ coincide: no direction exists */
     QSTD_MISSING_COORDINATES = -1201,  /**< an input point lacks coordinates that the computation needs */
     QSTD_VERTICAL_SIGHT = -1202,       /**< the line of sight is vertical */
     QSTD_SIGHT_TURNED_AWAY = -1203,    /**< the sight is a quarter circle or more away from the base direction */
