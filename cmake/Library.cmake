@@ -47,6 +47,7 @@ set_target_properties(
                # The C++ runtime is not needed: no exceptions, no run-time types, heap by malloc.
                LINKER_LANGUAGE C)
 set_target_properties(qstdlib_static PROPERTIES OUTPUT_NAME qstdlib LINKER_LANGUAGE C EXPORT_NAME qstdlib_static)
+target_link_options(qstdlib PRIVATE LINKER:--as-needed)
 target_compile_definitions(qstdlib_static INTERFACE QSTDLIB_STATIC)
 foreach(target IN ITEMS qstdlib qstdlib_static)
     target_include_directories(

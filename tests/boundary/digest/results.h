@@ -1,0 +1,36 @@
+// Collects what one function returned and wrote, over many calls, into a hash.
+#ifndef QSTDLIB_TESTS_BOUNDARY_DIGEST_RESULTS_H
+#define QSTDLIB_TESTS_BOUNDARY_DIGEST_RESULTS_H
+
+#include <qstdlib.h>
+
+namespace digest {
+
+class Results
+{
+public:
+    // With `printAll` each call prints a line: name, number of the call, status, then each value's bits.
+    Results(const char* function, bool printAll) : name(function), full(printAll)
+    {
+    }
+
+    void BeginCall(int32_t number);
+    void AddStatus(int32_t status);
+    void Add(double value);
+    void Add(int32_t value);
+    void Add(const PointRecord& point);
+    void EndCall() const;
+    void PrintTotal(int32_t calls) const;
+
+private:
+    void HashBytes(uint64_t value, int bytes);
+
+    const char* name;
+    bool full;
+    int32_t succeeded = 0;
+    uint64_t hash = 0xCBF29CE484222325U;
+};
+
+} // namespace digest
+
+#endif

@@ -1,0 +1,89 @@
+#include "tests/station/allocation_watch.h"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+extern "C" {
+void* __real_malloc(size_t size); // NOLINT: the linker gives the name
+void __real_free(void* block);    // NOLINT
+void* __wrap_malloc(size_t size); // NOLINT
+void __wrap_free(void* block);    // NOLINT
+}
+
+namespace {
+
+struct Block
+{
+    void* address;
+    size_t size;
+};
+
+bool watching = false;
+size_t failingNumber = 0;
+std::vector<size_t> sizes;
+std::vector<Block> blocks;
+
+} // namespace
+
+extern "C" {
+void* __wrap_malloc(size_t size) // NOLINT
+{
+    if (!watching)
+    {
+        return __real_malloc(size);
+    }
+    sizes.push_back(size);
+    void* const block = sizes.size() == failingNumber ? nullptr : __real_malloc(size);
+    if (block != nullptr)
+    {
+        blocks.push_back({block, size});
+    }
+    return block;
+}
+
+void __wrap_free(void* block) // NOLINT
+{
+    const auto known =
+        std::find_if(blocks.begin(), blocks.end(), [block](const Block& b) { return b.address == block; });
+    if (known != blocks.end())
+    {
+        blocks.erase(known);
+    }
+    __real_free(block);
+}
+}
+
+AllocationWatch::AllocationWatch(size_t failing)
+{
+    EXPECT_FALSE(watching) << "one watch at a time";
+    sizes.clear();
+    blocks.clear();
+    failingNumber = failing;
+    watching = true;
+}
+
+AllocationWatch::~AllocationWatch()
+{
+    watching = false;
+    for (const Block& block : blocks)
+    {
+        __real_free(block.address);
+    }
+    blocks.clear();
+}
+
+const std::vector<size_t>& AllocationWatch::Sizes() const
+{
+    return sizes;
+}
+
+std::vector<size_t> AllocationWatch::Outstanding() const
+{
+    std::vector<size_t> outstanding;
+    for (const Block& block : blocks)
+    {
+        outstanding.push_back(block.size);
+    }
+    return outstanding;
+}
