@@ -224,6 +224,7 @@ RC_GTEST_PROP(MultiPointResection, DoesNotDependOnTheOrderOfTheSights, ())
         std::swap(order[i], order[*rc::gen::inRange<size_t>(0, i + 1)]);
     }
     std::vector<ResectObservation> shuffled;
+    shuffled.reserve(order.size());
     for (const size_t i : order)
     {
         shuffled.push_back(observations[i]);

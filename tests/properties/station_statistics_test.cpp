@@ -118,7 +118,7 @@ void Simulate(Noise& noise, Sums& sums)
 
 const Sums& Simulation()
 {
-    static const Sums SUMS = [] {
+    static const Sums simulated = [] {
         Noise noise;
         Sums sums = {};
         for (int32_t i = 0; i < SET_UPS; ++i)
@@ -127,7 +127,7 @@ const Sums& Simulation()
         }
         return sums;
     }();
-    return SUMS;
+    return simulated;
 }
 
 // Five standard deviations of a chi-square sum, relative to its expectation, the number of degrees of freedom.

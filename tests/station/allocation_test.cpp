@@ -91,7 +91,7 @@ TEST(Allocation, TakesTheScratchOfTheMultiPointResectionInItsFixedOrder)
     ASSERT_EQ(QSTD_OK, Resect(FourDistances()).status);
     ASSERT_GT(watch.Sizes().size(), 12U);
     const std::vector<size_t> first(watch.Sizes().begin(), watch.Sizes().begin() + 12);
-    EXPECT_THAT(first, ElementsAre(4 * 12 * REAL, 9 * REAL, 9 * POINTER, 65 * REAL, 4 * REAL, 9 * POINTER, 25 * REAL,
+    EXPECT_THAT(first, ElementsAre(48 * REAL, 9 * REAL, 9 * POINTER, 65 * REAL, 4 * REAL, 9 * POINTER, 25 * REAL,
                                    9 * REAL, 4 * REAL, 9 * REAL, 4 * POINTER, 10 * REAL));
     EXPECT_THAT(watch.Outstanding(), IsEmpty());
 }
@@ -157,7 +157,7 @@ TEST(Allocation, FailsTheKnownLineWhereverMemoryRunsOut)
         auto station = support::Patterned<ResectStation>();
         ResectResidual residuals[2] = {support::Patterned<ResectResidual>(), support::Patterned<ResectResidual>()};
         EXPECT_EQ(failing == 1 ? QSTD_NO_MEMORY : QSTD_REJECTED,
-                  QSTNKnownLine(&observations[0], &observations[2], AZIMUTH_NOT_GIVEN, &station, residuals));
+                  QSTNKnownLine(observations.data(), &observations[2], AZIMUTH_NOT_GIVEN, &station, residuals));
         EXPECT_TRUE(support::Untouched(station));
         EXPECT_TRUE(support::Untouched(residuals[0]));
         EXPECT_TRUE(support::Untouched(residuals[1]));

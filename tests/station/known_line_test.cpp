@@ -10,7 +10,6 @@
 #include "tests/station/observations.h"
 #include "tests/support/fake_instrument.h"
 
-using support::DegreesToUnits;
 using support::FakeInstrument;
 using support::FullPoint;
 using support::Patterned;

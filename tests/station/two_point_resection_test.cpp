@@ -19,7 +19,6 @@ using support::FullPoint;
 using support::Patterned;
 using support::PlanPoint;
 using support::SameBits;
-using support::SameBytes;
 using support::Untouched;
 
 namespace {
