@@ -1,12 +1,29 @@
 # The library itself: one set of objects, archived as libqstdlib.a and linked as libqstdlib.so.
 set(QSTDLIB_SOURCES
     core/angle.cpp
+    core/face.cpp
     core/module.cpp
     core/point.cpp
     core/record_layout.cpp
     core/settings.cpp
+    cogo/area.cpp
+    cogo/circle.cpp
     cogo/inverse.cpp
+    cogo/line.cpp
+    cogo/line_transfer.cpp
+    cogo/point_to_line.cpp
+    reference/arc_calculation.cpp
+    reference/arc_definition.cpp
+    reference/reference_line.cpp
+    reference/three_point_plane.cpp
+    reference/two_point_plane.cpp
+    measure/circle_offset.cpp
+    measure/corner_offset.cpp
+    measure/hand_off.cpp
+    measure/line_offset.cpp
     measure/remote_distance.cpp
+    measure/remote_elevation.cpp
+    measure/slope.cpp
     measure/two_point_target.cpp
     station/adjustment.cpp
     station/approximation.cpp

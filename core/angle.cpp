@@ -14,9 +14,6 @@ constexpr double RADIANS_PER_UNIT = 3.0300855069346e-7;
 // 20,736,000 / PI: twice the units of a radian, so that the integer's last bit is a half unit to round by.
 constexpr double HALF_UNITS_PER_RADIAN = 6600473.799907084;
 
-// 1 / PI.
-constexpr double INVERSE_PI = 0.3183098861837907;
-
 } // namespace
 
 int32_t TruncateToInt32(double value)

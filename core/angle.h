@@ -20,6 +20,9 @@ constexpr double TWO_PI = 6.283185307179586;
 // 1 / 10,368,000: for conversions without reduction into the circle.
 constexpr double INVERSE_HALF_CIRCLE = 9.645061728395061e-8;
 
+// 1 / PI.
+constexpr double INVERSE_PI = 0.3183098861837907;
+
 // Sum and difference in 32-bit two's-complement arithmetic. All angle sums that can leave the int32 range go this way.
 QSTD_WRAPS constexpr AngleUnit WrapAdd(AngleUnit a, AngleUnit b)
 {

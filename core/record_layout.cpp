@@ -31,6 +31,41 @@ FIELD_OFFSET(RemoteDistanceResult, horizontalDistance, 8);
 FIELD_OFFSET(RemoteDistanceResult, heightDifference, 16);
 FIELD_OFFSET(RemoteDistanceResult, azimuth, 24);
 
+RECORD_SIZE(LineDef, 72);
+FIELD_OFFSET(LineDef, first, 0);
+FIELD_OFFSET(LineDef, second, 32);
+FIELD_OFFSET(LineDef, azimuth, 64);
+FIELD_OFFSET(LineDef, mode, 68);
+
+RECORD_SIZE(SightRecord, 16);
+FIELD_OFFSET(SightRecord, horizontalAngle, 0);
+FIELD_OFFSET(SightRecord, zenithAngle, 4);
+FIELD_OFFSET(SightRecord, distance, 8);
+
+RECORD_SIZE(SlopeCheckResult, 24);
+FIELD_OFFSET(SlopeCheckResult, offsetBeyondSlope, 0);
+FIELD_OFFSET(SlopeCheckResult, heightAboveSlope, 8);
+FIELD_OFFSET(SlopeCheckResult, distanceFromBase, 16);
+
+RECORD_SIZE(ReferenceLineResult, 56);
+FIELD_OFFSET(ReferenceLineResult, foot, 0);
+FIELD_OFFSET(ReferenceLineResult, station, 32);
+FIELD_OFFSET(ReferenceLineResult, offset, 40);
+FIELD_OFFSET(ReferenceLineResult, heightDifference, 48);
+
+RECORD_SIZE(ArcParams, 32);
+FIELD_OFFSET(ArcParams, startAzimuth, 0);
+FIELD_OFFSET(ArcParams, endAzimuth, 4);
+FIELD_OFFSET(ArcParams, radius, 8);
+FIELD_OFFSET(ArcParams, length, 16);
+FIELD_OFFSET(ArcParams, centralAngle, 24);
+
+RECORD_SIZE(ArcCalcResult, 56);
+FIELD_OFFSET(ArcCalcResult, point, 0);
+FIELD_OFFSET(ArcCalcResult, along, 32);
+FIELD_OFFSET(ArcCalcResult, offset, 40);
+FIELD_OFFSET(ArcCalcResult, heightDifference, 48);
+
 RECORD_SIZE(SettingsRecord, 96);
 FIELD_OFFSET(SettingsRecord, values, 0);
 

@@ -18,6 +18,7 @@
 #include "qstdlib/export.h"
 #include "qstdlib/instrument.h"
 #include "qstdlib/measure.h"
+#include "qstdlib/reference.h"
 #include "qstdlib/station.h"
 #include "qstdlib/types.h"
 

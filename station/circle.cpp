@@ -1,17 +1,14 @@
 #include "station/circle.h"
 
 #include "core/angle.h"
+#include "core/face.h"
 #include "core/point.h"
 
 namespace qstdlib {
 
 AngleUnit FaceReducedReading(AngleUnit horizontalAngle, AngleUnit zenithAngle)
 {
-    if (ReduceToCircle(zenithAngle) >= ANGLE_HALF_CIRCLE)
-    {
-        return CircleRemainder(WrapAdd(horizontalAngle, ANGLE_HALF_CIRCLE));
-    }
-    return horizontalAngle;
+    return ReduceToFaceOne({horizontalAngle, zenithAngle}).horizontalAngle;
 }
 
 AngleUnit FaceNormalizedReading(AngleUnit horizontalAngle, AngleUnit zenithAngle)

@@ -1,6 +1,6 @@
 /**
  * @file cogo.h
- * Coordinate geometry: inverse and forward computations.
+ * Coordinate geometry: inverse and forward computations, area, intersections, point to line, line transfer.
  */
 #ifndef QSTDLIB_COGO_H
 #define QSTDLIB_COGO_H
@@ -24,6 +24,22 @@ typedef struct SlopeResult
     double grade; /**< vertical / horizontal in percent; UNDEFINED_REAL for a horizontal distance of 0.0 */
     double ratio; /**< horizontal / vertical, the n of 1 : n; UNDEFINED_REAL for a vertical distance of 0.0 */
 } SlopeResult;
+
+/** Values of LineDef::mode. Any value but LINE_BY_POINTS counts as LINE_BY_AZIMUTH. */
+enum LineMode
+{
+    LINE_BY_AZIMUTH = 1, /**< through the first point, with the azimuth */
+    LINE_BY_POINTS = 2   /**< through both points */
+};
+
+/** A line in the plan. */
+typedef struct LineDef
+{
+    PointRecord first;  /**< a point of the line; plan flag required */
+    PointRecord second; /**< another point of it; read, and plan flag required, only in mode LINE_BY_POINTS */
+    AngleUnit azimuth;  /**< direction in the instrument's reference; read only in mode LINE_BY_AZIMUTH */
+    uint16_t mode;      /**< a LineMode */
+} LineDef;
 
 QSTD_BEGIN_DECLS
 
@@ -89,6 +105,121 @@ QSTD_API int32_t QCogoOffsetToCoord(const PointRecord* start, const PointRecord*
  * @param[out] slope       both fields, always; UNDEFINED_REAL where the division is by exactly 0.0
  */
 QSTD_API void QCogoCalcSlopeByDist(double horizontal, double vertical, SlopeResult* slope) QSTD_NONNULL;
+
+/**
+ * Plan area of a polygon.
+ *
+ * @param[in] points  corners in order, either way round; the first one is not repeated at the end. Corners without plan
+ *                    flag are left out
+ * @param[in] n       number of corners, at most 32,767
+ * @return the area, never negative; 0.0 with fewer than three valid corners or more than 32,767 records
+ *
+ * Method: shoelace formula with a compensated sum. The running sum is kept in one place for all callers: one thread at
+ * a time. Reads no setting.
+ */
+QSTD_API double QCogoCalcArea(const PointRecord* points, int32_t n) QSTD_NONNULL;
+
+/**
+ * Intersection of two lines.
+ *
+ * Lines whose slopes (easting over northing) differ by less than 1e-5 count as parallel.
+ *
+ * @param[in]  line1   see LineDef
+ * @param[in]  line2   see LineDef
+ * @param[out] result  flags 1, height 0.0; northing and easting UNDEFINED_REAL unless the status is QSTD_OK. Written
+ *                     before the lines are read: must not be part of them
+ * @retval QSTD_OK                   `result` holds the intersection
+ * @retval QSTD_COINCIDENT_POINTS    the two points of a line coincide in plan
+ * @retval QSTD_MISSING_COORDINATES  a point that a line needs has its plan flag clear
+ * @retval QSTD_PARALLEL_LINES       the lines are parallel
+ *
+ * Method: slope-intercept form, easting over northing. Reads SETTING_AZIMUTH_REFERENCE for each line by azimuth.
+ */
+QSTD_API int32_t QCogoCalcCrossLine(const LineDef* line1, const LineDef* line2, PointRecord* result) QSTD_NONNULL;
+
+/**
+ * Intersections of two circles.
+ *
+ * @param[in]  centre1  northing and easting; flags are not tested
+ * @param[in]  radius1  above 0.0
+ * @param[in]  centre2  as `centre1`
+ * @param[in]  radius2  above 0.0
+ * @param[out] pair     two records, flags 1 and height 0.0: first the point to the right of the direction from centre 1
+ *                      to centre 2, then the one to the left; northing and easting UNDEFINED_REAL without solution.
+ *                      Must not hold a centre
+ * @retval 2              two points; not numbers for centres so close that the square of their distance vanishes
+ * @retval 1              the circles touch: both records hold the point. Only an exact touch counts as one
+ * @retval 0              no intersection; `pair` untouched for concentric circles
+ * @retval QSTD_REJECTED  a radius is not above 0.0, or the circles are identical; `pair` untouched
+ *
+ * Method: arc section (bilateration). Reads no setting.
+ */
+QSTD_API int32_t QCogoCalcCrossCircle(const PointRecord* centre1, double radius1, const PointRecord* centre2,
+                                      double radius2, PointRecord* pair) QSTD_NONNULL;
+
+/**
+ * Intersections of a line and a circle.
+ *
+ * @param[in]  line    see LineDef
+ * @param[in]  centre  northing and easting; flags are not tested
+ * @param[in]  radius  not negative
+ * @param[out] pair    two records, flags 1 and height 0.0: first the point of smaller northing (of smaller easting on a
+ *                     line of constant northing), then the other; northing and easting UNDEFINED_REAL without solution.
+ *                     Must hold neither the centre nor a point of the line
+ * @retval 2                         two points
+ * @retval 1                         the line touches the circle: both records hold the point
+ * @retval 0                         the line misses the circle
+ * @retval QSTD_REJECTED             `radius` is negative; `pair` untouched
+ * @retval QSTD_COINCIDENT_POINTS    the two points of the line coincide in plan
+ * @retval QSTD_MISSING_COORDINATES  a point that the line needs has its plan flag clear
+ *
+ * Method: quadratic equation in the northing. Reads SETTING_AZIMUTH_REFERENCE for a line by azimuth; the discriminant
+ * passes AdjustDiscriminant of the instrument.
+ */
+QSTD_API int32_t QCogoCalcCrossLineCircle(const LineDef* line, const PointRecord* centre, double radius,
+                                          PointRecord* pair) QSTD_NONNULL;
+
+/**
+ * Foot of the perpendicular from a point to a line.
+ *
+ * The height comes from the line: from its first point; by interpolation along the northing when both of its points
+ * have one (on a line of constant northing that is 0 / 0); from its second point when that alone has one.
+ *
+ * @param[in]  line   see LineDef
+ * @param[in]  point  northing and easting; flags are not tested
+ * @param[out] foot   flags 3 with a height, else flags 1 and height 0.0; northing and easting UNDEFINED_REAL unless the
+ *                    status is QSTD_OK. Written before the inputs are read: must not be `point` or part of the line
+ * @retval QSTD_OK                   `foot` holds the foot
+ * @retval QSTD_COINCIDENT_POINTS    the two points of the line coincide in plan
+ * @retval QSTD_MISSING_COORDINATES  a point that the line needs has its plan flag clear
+ *
+ * Method: slope-intercept form. Reads SETTING_AZIMUTH_REFERENCE for a line by azimuth.
+ */
+QSTD_API int32_t QCogoCalcPtLine(const LineDef* line, const PointRecord* point, PointRecord* foot) QSTD_NONNULL;
+
+/**
+ * Transfer of a line: turned about its first point, then shifted sideways.
+ *
+ * The azimuth of the result is normalised, not reduced: it can lie outside the circle, congruent to the direction
+ * modulo a full circle after taking off 2^32. A line by azimuth is shifted along that value plus a quarter circle as
+ * it stands, which is 2,615,296 units (45.4 degrees) off unless the sum wraps. With azimuths counted from south, the
+ * azimuth comes back in that reference for a line by azimuth, and counted from north for a line by points. All kept:
+ * stored lines depend on it.
+ *
+ * @param[in]  line      see LineDef; an azimuth of ANGLE_UNDEFINED is passed through, and the first point shifted all
+ *                       the same
+ * @param[in]  rotation  clockwise
+ * @param[in]  offset    to the right of the transferred direction
+ * @param[out] result    every field; heights as QCogoOffsetToCoord gives them when a line by points is shifted,
+ *                       otherwise those of the input; may be `line`
+ * @retval QSTD_OK                   `result` written
+ * @retval QSTD_COINCIDENT_POINTS    the two points of the line coincide in plan; `result` untouched
+ * @retval QSTD_MISSING_COORDINATES  a point that the line needs has its plan flag clear; `result` untouched
+ *
+ * Method: rotation and parallel shift. Reads SETTING_AZIMUTH_REFERENCE on the way in and on the way out.
+ */
+QSTD_API int32_t QCogoCalcTransLine(const LineDef* line, AngleUnit rotation, double offset,
+                                    LineDef* result) QSTD_NONNULL;
 
 QSTD_END_DECLS
 

@@ -29,12 +29,16 @@
 #define QSTD_API
 #endif
 
+/** @def QSTD_NONNULL_ARGS
+    As QSTD_NONNULL, for the arguments of the given numbers only. */
 /** Every pointer argument must be valid. The compiler may tell a caller who passes null; the library spends no
     instructions on it. */
 #if defined(__GNUC__)
 #define QSTD_NONNULL __attribute__((nonnull))
+#define QSTD_NONNULL_ARGS(...) __attribute__((nonnull(__VA_ARGS__)))
 #else
 #define QSTD_NONNULL
+#define QSTD_NONNULL_ARGS(...)
 #endif
 
 #endif

@@ -32,7 +32,7 @@ typedef struct ObservationRecord
     AngleUnit horizontalAngle; /**< circle reading, face one */
     AngleUnit zenithAngle;     /**< zenith angle, face one */
     double distance;           /**< distance to the target, as the service defines it */
-    double secondDistance;     /**< not read by the library */
+    double secondDistance;     /**< read by QCalcOfsCircle, from its caller, as the horizontal distance */
     double thirdDistance;      /**< not read by the library */
     double northing;           /**< target, as the service returns it */
     double easting;            /**< target, as the service returns it */

@@ -53,14 +53,16 @@ enum QstdStatus
     QSTD_NO_MEMORY = -3,               /**< no scratch memory for the multi-point resection */
     QSTD_NOT_DEFINED = -5,             /**< a calculation was called before its definition was set */
     QSTD_COINCIDENT_POINTS = -1200,    /**< two points that must differ coincide: no direction exists */
-    QSTD_MISSING_COORDINATES = -1201,  /**< an input point lacks coordinates that the computation needs */
+    QSTD_MISSING_COORDINATES = -1201,  /**< an input point lacks coordinates that the computation needs; or a sight
+                                          of the circle offset cannot be used */
     QSTD_VERTICAL_SIGHT = -1202,       /**< the line of sight is vertical */
     QSTD_SIGHT_TURNED_AWAY = -1203,    /**< the sight is a quarter circle or more away from the base direction */
     QSTD_NO_DISTANCE = -1204,          /**< no distance was measured to either point */
     QSTD_DEGENERATE = -1205,           /**< the geometry determines no unique result, or no convergence */
     QSTD_PARALLEL_LINES = -1206,       /**< the two lines do not intersect */
     QSTD_EQUAL_DIRECTIONS = -1207,     /**< two of the three resection directions are equal */
-    QSTD_HEIGHT_UNDETERMINED = -1208,  /**< warning: done, but the height-related part is UNDEFINED_REAL */
+    QSTD_HEIGHT_UNDETERMINED = -1208,  /**< warning: done, but the height-related part is UNDEFINED_REAL or, for
+                                          the two-point plane, follows from the station alone */
     QSTD_DISTANCE_UNDETERMINED = -1209 /**< warning: done, but the distance-related part is UNDEFINED_REAL */
 };
 
