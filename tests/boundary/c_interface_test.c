@@ -7,6 +7,7 @@
 
 #define EXACT 0.0
 #define NANOMETRE 1e-9
+#define PI 3.141592653589793
 
 enum
 {
@@ -215,6 +216,284 @@ static void TestInstrument(void)
     CheckInteger("azimuth from north", result.azimuth, ANGLE_QUARTER_CIRCLE);
 }
 
+/* A square of side 1. */
+static void TestArea(void)
+{
+    const PointRecord corners[4] = {{0.0, 0.0, 0.0, 1}, {0.0, 1.0, 0.0, 1}, {1.0, 1.0, 0.0, 1}, {1.0, 0.0, 0.0, 1}};
+    CheckReal("area", QCogoCalcArea(corners, 4), 1.0, EXACT);
+}
+
+/* The diagonals of a square of side 10 meet in its middle. */
+static void TestCrossLine(void)
+{
+    const LineDef rising = {{0.0, 0.0, 0.0, 1}, {10.0, 10.0, 0.0, 1}, 0, LINE_BY_POINTS};
+    const LineDef falling = {{0.0, 10.0, 0.0, 1}, {10.0, 0.0, 0.0, 1}, 0, LINE_BY_POINTS};
+    PointRecord result;
+    CheckInteger("cross of lines", QCogoCalcCrossLine(&rising, &falling, &result), QSTD_OK);
+    CheckPoint("cross of lines", &result, (PointRecord){5.0, 5.0, 0.0, 1}, NANOMETRE);
+}
+
+/* Half of the 8 between the centres is 4; 5 * 5 - 4 * 4 = 3 * 3. Right of the way east is south. */
+static void TestCrossCircle(void)
+{
+    const PointRecord centre1 = {0.0, 0.0, 0.0, 1};
+    const PointRecord centre2 = {0.0, 8.0, 0.0, 1};
+    PointRecord pair[2];
+    CheckInteger("cross of circles", QCogoCalcCrossCircle(&centre1, 5.0, &centre2, 5.0, pair), 2);
+    CheckPoint("cross of circles, right", &pair[0], (PointRecord){-3.0, 4.0, 0.0, 1}, NANOMETRE);
+    CheckPoint("cross of circles, left", &pair[1], (PointRecord){3.0, 4.0, 0.0, 1}, NANOMETRE);
+}
+
+/* The line runs east, 3 north of the centre: 5 * 5 - 3 * 3 = 4 * 4. */
+static void TestCrossLineCircle(void)
+{
+    const LineDef line = {{3.0, 0.0, 0.0, 1}, {3.0, 10.0, 0.0, 1}, 0, LINE_BY_POINTS};
+    const PointRecord centre = {0.0, 0.0, 0.0, 1};
+    PointRecord pair[2];
+    CheckInteger("cross of line and circle", QCogoCalcCrossLineCircle(&line, &centre, 5.0, pair), 2);
+    CheckPoint("cross of line and circle, west", &pair[0], (PointRecord){3.0, -4.0, 0.0, 1}, NANOMETRE);
+    CheckPoint("cross of line and circle, east", &pair[1], (PointRecord){3.0, 4.0, 0.0, 1}, NANOMETRE);
+}
+
+/* From a corner of a square of side 10 to its diagonal: the middle, at the mean of the heights 10 and 20. */
+static void TestPointToLine(void)
+{
+    const LineDef line = {{0.0, 0.0, 10.0, 3}, {10.0, 10.0, 20.0, 3}, 0, LINE_BY_POINTS};
+    const PointRecord point = {0.0, 10.0, 0.0, 1};
+    PointRecord foot;
+    CheckInteger("point to line", QCogoCalcPtLine(&line, &point, &foot), QSTD_OK);
+    CheckPoint("point to line", &foot, (PointRecord){5.0, 5.0, 15.0, 3}, NANOMETRE);
+}
+
+/* A line of 10 to the north is turned to the east, then shifted by 2 to the right, which is south. */
+static void TestLineTransfer(void)
+{
+    const LineDef line = {{0.0, 0.0, 0.0, 1}, {10.0, 0.0, 0.0, 1}, 0, LINE_BY_POINTS};
+    LineDef result;
+    CheckInteger("line transfer", QCogoCalcTransLine(&line, ANGLE_QUARTER_CIRCLE, 2.0, &result), QSTD_OK);
+    CheckPoint("line transfer, first", &result.first, (PointRecord){-2.0, 0.0, 0.0, 1}, NANOMETRE);
+    CheckPoint("line transfer, second", &result.second, (PointRecord){-2.0, 10.0, 0.0, 1}, NANOMETRE);
+    CheckInteger("line transfer, mode", result.mode, LINE_BY_POINTS);
+}
+
+/* A level base at 10. Half a right angle upwards and as much to the right are 10 up and 10 sideways. */
+static void TestRemoteElevation(void)
+{
+    const SightRecord base = {0, ANGLE_QUARTER_CIRCLE, 10.0};
+    PointRecord result;
+    CheckInteger("remote elevation, base", QREMSetBase(&base), QSTD_OK);
+    CheckInteger("remote elevation", QREMCalc(45 * DEGREE, 45 * DEGREE, &result), QSTD_OK);
+    CheckPoint("remote elevation", &result, (PointRecord){10.0, 0.0, 10.0, 3}, NANOMETRE);
+}
+
+/* From 10 at the base the slope falls by 1 in 2: it is at 9.5 after 1, and at 9 after 2, where the point is. */
+static void TestSlopeReference(void)
+{
+    const PointRecord base = {0.0, 0.0, 0.0, 1};
+    const PointRecord point = {2.0, 0.0, 9.5, 3};
+    SlopeCheckResult result;
+    CheckInteger("slope reference, definition", QBRSetSlope(10.0, 0.0, 8.0, 4.0), QSTD_OK);
+    CheckInteger("slope reference", QBRCalc(&base, &point, &result), QSTD_OK);
+    CheckReal("slope reference, offset", result.offsetBeyondSlope, 1.0, NANOMETRE);
+    CheckReal("slope reference, height", result.heightAboveSlope, 0.5, NANOMETRE);
+    CheckReal("slope reference, distance", result.distanceFromBase, 2.0, NANOMETRE);
+}
+
+/* An observation service that hands the target back, and what the caller passed through as its distance. */
+static int32_t ObserveTarget(double northing, double easting, double height, double passthrough,
+                             ObservationRecord* observation)
+{
+    *observation = (ObservationRecord){.horizontalAngle = 30 * DEGREE,
+                                       .zenithAngle = 80 * DEGREE,
+                                       .distance = passthrough,
+                                       .northing = northing,
+                                       .easting = easting,
+                                       .height = height};
+    return 0;
+}
+
+static int32_t AnswerFaceTwo(void)
+{
+    return 1;
+}
+
+static void ConnectObservationService(void)
+{
+    const InstrumentSettings service = {.QueryFaceTwo = AnswerFaceTwo, .CoordToObservation = ObserveTarget};
+    ConnectInstrumentSettings(&service);
+}
+
+/* What the service answers, in face two: 30 + 180 degrees and 360 - 80 degrees. */
+static void CheckSightInFaceTwo(const char* what, const SightRecord* sight, double passthrough)
+{
+    CheckInteger(what, sight->horizontalAngle, 210 * DEGREE);
+    CheckInteger(what, sight->zenithAngle, 280 * DEGREE);
+    CheckReal(what, sight->distance, passthrough, EXACT);
+}
+
+/* The first face runs north along easting 0: the foot of a point 7 east of it. */
+static void TestCornerByThreePoints(void)
+{
+    const PointRecord first = {0.0, 0.0, 0.0, 3};
+    const PointRecord second = {10.0, 0.0, 0.0, 3};
+    const PointRecord third = {4.0, 7.0, 2.0, 3};
+    SightRecord sight;
+    PointRecord corner;
+    ConnectObservationService();
+    CheckInteger("corner by three points", QCalcOfsCorner3Pt(&first, &second, &third, 0.0, &sight, &corner, 1.25),
+                 QSTD_OK);
+    CheckPoint("corner by three points", &corner, (PointRecord){4.0, 0.0, 2.0, 3}, NANOMETRE);
+    CheckSightInFaceTwo("corner by three points, sight", &sight, 1.25);
+    ConnectInstrumentSettings(NULL);
+}
+
+/* One face along easting 0, the other along northing 5; the corner has the height of the fourth point. */
+static void TestCornerByFourPoints(void)
+{
+    const PointRecord first = {0.0, 0.0, 0.0, 3};
+    const PointRecord second = {10.0, 0.0, 0.0, 3};
+    const PointRecord third = {5.0, 5.0, 1.0, 3};
+    const PointRecord fourth = {5.0, 8.0, 2.0, 3};
+    SightRecord sight;
+    PointRecord corner;
+    ConnectObservationService();
+    CheckInteger("corner by four points",
+                 QCalcOfsCorner4Pt(&first, &second, &third, &fourth, 0.0, &sight, &corner, 1.25), QSTD_OK);
+    CheckPoint("corner by four points", &corner, (PointRecord){5.0, 0.0, 2.0, 3}, NANOMETRE);
+    CheckSightInFaceTwo("corner by four points, sight", &sight, 1.25);
+    ConnectInstrumentSettings(NULL);
+}
+
+/* The edge rises by 5 over 10 to the north; the sight runs west and meets it in its middle. */
+static void TestLineOffset(void)
+{
+    const PointRecord first = {0.0, 0.0, 0.0, 3};
+    const PointRecord second = {10.0, 0.0, 5.0, 3};
+    const PointRecord station = {5.0, 10.0, 0.0, 3};
+    SightRecord sight;
+    PointRecord target;
+    ConnectObservationService();
+    CheckInteger(
+        "line offset",
+        QCalcOfsLineHA(&first, &second, 270 * DEGREE, ANGLE_QUARTER_CIRCLE, &station, 0.0, &sight, &target, 1.25),
+        QSTD_OK);
+    CheckPoint("line offset", &target, (PointRecord){5.0, 0.0, 2.5, 3}, NANOMETRE);
+    CheckSightInFaceTwo("line offset, sight", &sight, 1.25);
+    ConnectInstrumentSettings(NULL);
+}
+
+/* Tangents 30 degrees to both sides: sin 30 = 1 / 2, so the centre is two radii away and the near face is one. */
+static void TestCircleOffset(void)
+{
+    const ObservationRecord face = {.horizontalAngle = 0, .zenithAngle = ANGLE_QUARTER_CIRCLE, .secondDistance = 10.0};
+    const PointRecord station = {100.0, 200.0, 0.0, 3};
+    SightRecord sight;
+    PointRecord centre = {0.0, 0.0, 3.0, 0};
+    double radius = 0.0;
+    ConnectObservationService();
+    CheckInteger("circle offset",
+                 QCalcOfsCircle(&face, 1.25, 330 * DEGREE, ANGLE_QUARTER_CIRCLE, 30 * DEGREE, ANGLE_QUARTER_CIRCLE,
+                                &station, 0.0, &sight, &centre, &radius),
+                 QSTD_OK);
+    CheckPoint("circle offset", &centre, (PointRecord){120.0, 200.0, 3.0, 3}, NANOMETRE);
+    CheckReal("circle offset, radius", radius, 10.0, NANOMETRE);
+    CheckSightInFaceTwo("circle offset, sight", &sight, 1.25);
+    ConnectInstrumentSettings(NULL);
+}
+
+/* The line rises from 100 to 101 over 10 to the north: 100.5 half way. Right of it is east. */
+static void TestReferenceLine(void)
+{
+    const PointRecord first = {0.0, 0.0, 100.0, 3};
+    const PointRecord second = {10.0, 0.0, 101.0, 3};
+    const PointRecord point = {5.0, 3.0, 101.0, 3};
+    ReferenceLineResult result;
+    CheckInteger("reference line, definition", QREFSetBaseLine(&first, &second), QSTD_OK);
+    CheckInteger("reference line", QREFCalc(&point, &result), QSTD_OK);
+    CheckPoint("reference line, foot", &result.foot, (PointRecord){5.0, 0.0, 100.5, 3}, NANOMETRE);
+    CheckReal("reference line, station", result.station, 5.0, NANOMETRE);
+    CheckReal("reference line, offset", result.offset, 3.0, NANOMETRE);
+    CheckReal("reference line, height", result.heightDifference, 0.5, NANOMETRE);
+}
+
+/* A quarter circle of radius 10 is 5 pi long. The end of an arc given by its length is a rounded angle. */
+static void CheckQuarterArc(const char* what, double radius, AngleUnit endAzimuth, double tolerance)
+{
+    ArcParams arc;
+    CheckInteger(what, QREFGetArcParams(&arc), QSTD_OK);
+    CheckInteger(what, arc.startAzimuth, 0);
+    CheckReal(what, arc.endAzimuth, endAzimuth, tolerance);
+    CheckReal(what, arc.radius, radius, NANOMETRE);
+    CheckReal(what, arc.length, 5.0 * PI, NANOMETRE);
+    CheckReal(what, arc.centralAngle, radius < 0.0 ? -ANGLE_QUARTER_CIRCLE : ANGLE_QUARTER_CIRCLE, tolerance);
+}
+
+/* From north to east about a centre 10 east of the start; from north to west; and the first one by its length. */
+static void TestReferenceArc(void)
+{
+    const PointRecord start = {0.0, 0.0, 0.0, 1};
+    const PointRecord end = {10.0, 10.0, 0.0, 1};
+    CheckInteger("arc by ends", QREFSetArcByCoord(&start, &end, 0, ANGLE_QUARTER_CIRCLE), QSTD_OK);
+    CheckQuarterArc("arc by ends", 10.0, ANGLE_QUARTER_CIRCLE, EXACT);
+    CheckInteger("arc by azimuths", QREFSetArcByRadiusHAngle(&start, 0, -10.0, 3 * ANGLE_QUARTER_CIRCLE), QSTD_OK);
+    CheckQuarterArc("arc by azimuths", -10.0, 3 * ANGLE_QUARTER_CIRCLE, EXACT);
+    CheckInteger("arc by length", QREFSetArcByRadiusArcLen(&start, 0, 10.0, 5.0 * PI), QSTD_OK);
+    CheckQuarterArc("arc by length", 10.0, ANGLE_QUARTER_CIRCLE, 1.0);
+}
+
+/* The centre is 10 east of the start. Half way along the quarter circle, 8 from the centre: 2.5 pi along, 2 inside. */
+static void TestArcCalculation(void)
+{
+    const PointRecord start = {0.0, 0.0, 0.0, 1};
+    const double eightAtHalfARightAngle = sqrt(32.0);
+    const PointRecord measured = {eightAtHalfARightAngle, 10.0 - eightAtHalfARightAngle, 0.0, 1};
+    ArcCalcResult result;
+    CheckInteger("arc, definition", QREFSetArcByRadiusHAngle(&start, 0, 10.0, ANGLE_QUARTER_CIRCLE), QSTD_OK);
+    CheckInteger("arc", QREFCalcArc(&measured, &result), QSTD_OK);
+    CheckPoint("arc, point", &result.point, (PointRecord){0.0, 0.0, 0.0, 0}, EXACT);
+    CheckReal("arc, along", result.along, 2.5 * PI, NANOMETRE);
+    CheckReal("arc, offset", result.offset, 2.0, NANOMETRE);
+    CheckReal("arc, height", result.heightDifference, 0.0, EXACT);
+}
+
+/* The plane stands 10 north; a level sight to the north-east meets it 10 east. */
+static void TestTwoPointPlane(void)
+{
+    const PointRecord first = {10.0, 0.0, 0.0, 3};
+    const PointRecord second = {10.0, 10.0, 0.0, 3};
+    const PointRecord station = {0.0, 0.0, 0.0, 3};
+    PointRecord point;
+    double along = 0.0;
+    double height = 0.0;
+    CheckInteger("two-point plane, definition", QREFSet2PtBasePlane(&first, &second), QSTD_OK);
+    CheckInteger("two-point plane",
+                 QREFCalc2PtPlane(45 * DEGREE, ANGLE_QUARTER_CIRCLE, &station, 1.5, &point, &along, &height), QSTD_OK);
+    CheckPoint("two-point plane", &point, (PointRecord){10.0, 10.0, 1.5, 3}, NANOMETRE);
+    CheckReal("two-point plane, along", along, 10.0, NANOMETRE);
+    CheckReal("two-point plane, height", height, 1.5, NANOMETRE);
+}
+
+/* A ground plane at height 0 around a baseline to the east, seen from 10 above a point 20 south of the baseline and 5
+   along it: half a right angle downwards and northwards meets it 10 south of the baseline. With the normal towards the
+   instrument, up, the positive side of the baseline is the cross product of up and east in the order of the axes north,
+   east, height: (0, 0, 1) x (0, 1, 0) = (-1, 0, 0), south. */
+static void TestThreePointPlane(void)
+{
+    const PointRecord first = {0.0, 0.0, 0.0, 3};
+    const PointRecord second = {0.0, 10.0, 0.0, 3};
+    const PointRecord third = {10.0, 10.0, 0.0, 3};
+    const PointRecord station = {-20.0, 5.0, 8.5, 3};
+    PointRecord point;
+    double along = 0.0;
+    double across = 0.0;
+    CheckInteger("three-point plane, definition", QREFSet3PtBasePlane(&first, &second, &third), QSTD_OK);
+    CheckInteger("three-point plane", QREFCalc3PtPlane(0, 135 * DEGREE, &station, 1.5, &point, &along, &across),
+                 QSTD_OK);
+    CheckPoint("three-point plane", &point, (PointRecord){-10.0, 5.0, 0.0, 3}, NANOMETRE);
+    CheckReal("three-point plane, along", along, 5.0, NANOMETRE);
+    CheckReal("three-point plane, across", across, 10.0, NANOMETRE);
+}
+
 int main(void)
 {
     TestInverse();
@@ -229,5 +508,22 @@ int main(void)
     TestMultiPointResection();
     TestKnownLine();
     TestInstrument();
+    TestArea();
+    TestCrossLine();
+    TestCrossCircle();
+    TestCrossLineCircle();
+    TestPointToLine();
+    TestLineTransfer();
+    TestRemoteElevation();
+    TestSlopeReference();
+    TestCornerByThreePoints();
+    TestCornerByFourPoints();
+    TestLineOffset();
+    TestCircleOffset();
+    TestReferenceLine();
+    TestReferenceArc();
+    TestArcCalculation();
+    TestTwoPointPlane();
+    TestThreePointPlane();
     return failures == 0 ? 0 : 1;
 }

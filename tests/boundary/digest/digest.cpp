@@ -1,7 +1,7 @@
 // digest [--full] [--divide N]
 //
 // Calls every exported function with many deterministic inputs and prints a line each: the number of calls, how many of
-// them returned 0, and a hash of every bit of every result. Two builds of the library agree when they print the same.
+// them succeeded, and a hash of every bit of every result. Two builds of the library agree when they print the same.
 // --full prints each call's results too; --divide makes a slow machine do one Nth of the calls.
 #include <cstdio>
 #include <cstdlib>
@@ -244,6 +244,424 @@ void KnownLineCall(Inputs& inputs, Results& results)
     AddAdjustedStation(adjusted, 2, results);
 }
 
+void AreaCall(Inputs& inputs, Results& results)
+{
+    constexpr int32_t MOST_CORNERS = 12;
+    PointRecord corners[MOST_CORNERS] = {};
+    for (PointRecord& corner : corners)
+    {
+        corner = inputs.Point();
+    }
+    const int32_t count = inputs.Random().OneIn(16) ? 32768 : inputs.Random().Between(-1, MOST_CORNERS);
+    results.AddStatus(QSTD_OK);
+    results.Add(QCogoCalcArea(corners, count));
+}
+
+void CrossLineCall(Inputs& inputs, Results& results)
+{
+    const LineDef line1 = inputs.Line();
+    const LineDef line2 = inputs.Random().OneIn(16) ? line1 : inputs.Line();
+    PointRecord result = UNTOUCHED_POINT;
+    results.AddStatus(QCogoCalcCrossLine(&line1, &line2, &result));
+    results.Add(result);
+}
+
+void CrossCircleCall(Inputs& inputs, Results& results)
+{
+    const PointRecord centre1 = inputs.Point();
+    const PointRecord centre2 = inputs.Random().OneIn(16) ? centre1 : inputs.PointNear(centre1);
+    const double radius1 = inputs.Distance();
+    const double radius2 = inputs.Random().OneIn(8) ? radius1 : inputs.Distance();
+    PointRecord pair[2] = {UNTOUCHED_POINT, UNTOUCHED_POINT};
+    results.AddSolutions(QCogoCalcCrossCircle(&centre1, radius1, &centre2, radius2, pair));
+    results.Add(pair[0]);
+    results.Add(pair[1]);
+}
+
+void CrossLineCircleCall(Inputs& inputs, Results& results)
+{
+    inputs.ConnectObservationService();
+    const LineDef line = inputs.Line();
+    const PointRecord centre = inputs.PointNear(line.first);
+    const double radius = inputs.Distance();
+    PointRecord pair[2] = {UNTOUCHED_POINT, UNTOUCHED_POINT};
+    results.AddSolutions(QCogoCalcCrossLineCircle(&line, &centre, radius, pair));
+    results.Add(pair[0]);
+    results.Add(pair[1]);
+}
+
+void PointToLineCall(Inputs& inputs, Results& results)
+{
+    const LineDef line = inputs.Line();
+    const PointRecord point = inputs.Random().OneIn(16) ? line.first : inputs.Point();
+    PointRecord foot = UNTOUCHED_POINT;
+    results.AddStatus(QCogoCalcPtLine(&line, &point, &foot));
+    results.Add(foot);
+}
+
+void LineTransferCall(Inputs& inputs, Results& results)
+{
+    LineDef line = inputs.Line();
+    const AngleUnit rotation = inputs.Random().OneIn(4) ? 0 : inputs.Angle();
+    const double offset = inputs.Random().OneIn(4) ? 0.0 : inputs.Distance();
+    LineDef separate = {UNTOUCHED_POINT, UNTOUCHED_POINT, UNTOUCHED_ANGLE, 0x5A5A};
+    LineDef* const result = inputs.Random().OneIn(4) ? &line : &separate;
+    results.AddStatus(QCogoCalcTransLine(&line, rotation, offset, result));
+    results.Add(result->first);
+    results.Add(result->second);
+    results.Add(result->azimuth);
+    results.Add(static_cast<int32_t>(result->mode));
+}
+
+// A base and a sight to a point above it, in the same direction more often than not.
+struct RemoteSights
+{
+    SightRecord base;
+    AngleUnit horizontalAngle;
+    AngleUnit zenithAngle;
+};
+
+RemoteSights NewRemoteSights(Inputs& inputs)
+{
+    const SetUp setUp = inputs.NewSetUp();
+    const Sight prism = inputs.NewSight(setUp);
+    const Sight point = inputs.NewSight(setUp);
+    const bool isNear = !inputs.Random().OneIn(3);
+    return {{prism.horizontalAngle, prism.zenithAngle, prism.slopeDistance},
+            isNear ? prism.horizontalAngle : point.horizontalAngle,
+            isNear ? prism.zenithAngle : point.zenithAngle};
+}
+
+// Definition and use, always in sequence: what an earlier call defined never counts. The status is that of the one
+// whose line it is.
+void RemoteElevation(Inputs& inputs, Results& results, bool isDefinition)
+{
+    const RemoteSights sights = NewRemoteSights(inputs);
+    PointRecord result = UNTOUCHED_POINT;
+    const int32_t definition = QREMSetBase(&sights.base);
+    const int32_t use = QREMCalc(sights.horizontalAngle, sights.zenithAngle, &result);
+    results.AddStatus(isDefinition ? definition : use);
+    results.Add(isDefinition ? use : definition);
+    results.Add(result);
+}
+
+void RemoteBaseCall(Inputs& inputs, Results& results)
+{
+    RemoteElevation(inputs, results, true);
+}
+
+void RemoteElevationCall(Inputs& inputs, Results& results)
+{
+    RemoteElevation(inputs, results, false);
+}
+
+void SlopeReference(Inputs& inputs, Results& results, bool isDefinition)
+{
+    const double height1 = inputs.Distance();
+    const double distance1 = inputs.Distance();
+    const double height2 = inputs.Distance();
+    const double distance2 = inputs.Distance();
+    const PointRecord base = inputs.Point();
+    const PointRecord point = inputs.Random().OneIn(16) ? base : inputs.FullPoint();
+    SlopeCheckResult result = {UNTOUCHED, UNTOUCHED, UNTOUCHED};
+    const int32_t definition = QBRSetSlope(height1, distance1, height2, distance2);
+    const int32_t use = QBRCalc(&base, &point, &result);
+    results.AddStatus(isDefinition ? definition : use);
+    results.Add(isDefinition ? use : definition);
+    results.Add(result.offsetBeyondSlope);
+    results.Add(result.heightAboveSlope);
+    results.Add(result.distanceFromBase);
+}
+
+void SlopeDefinitionCall(Inputs& inputs, Results& results)
+{
+    SlopeReference(inputs, results, true);
+}
+
+void SlopeReferenceCall(Inputs& inputs, Results& results)
+{
+    SlopeReference(inputs, results, false);
+}
+
+void AddSight(const SightRecord& sight, Results& results)
+{
+    results.Add(sight.horizontalAngle);
+    results.Add(sight.zenithAngle);
+    results.Add(sight.distance);
+}
+
+constexpr SightRecord UNTOUCHED_SIGHT = {UNTOUCHED_ANGLE, UNTOUCHED_ANGLE, UNTOUCHED};
+
+void ThreePointCornerCall(Inputs& inputs, Results& results)
+{
+    inputs.ConnectObservationService();
+    const PointRecord first = inputs.Point();
+    const PointRecord second = inputs.Random().OneIn(16) ? first : inputs.Point();
+    const PointRecord third = inputs.FullPoint();
+    SightRecord sight = UNTOUCHED_SIGHT;
+    PointRecord corner = UNTOUCHED_POINT;
+    results.AddStatus(QCalcOfsCorner3Pt(&first, &second, &third, UNTOUCHED, &sight, &corner, inputs.Distance()));
+    AddSight(sight, results);
+    results.Add(corner);
+}
+
+void FourPointCornerCall(Inputs& inputs, Results& results)
+{
+    inputs.ConnectObservationService();
+    const PointRecord first = inputs.Point();
+    const PointRecord second = inputs.Random().OneIn(16) ? first : inputs.Point();
+    const PointRecord third = inputs.Random().OneIn(16) ? second : inputs.Point();
+    const PointRecord fourth = inputs.FullPoint();
+    SightRecord sight = UNTOUCHED_SIGHT;
+    PointRecord corner = UNTOUCHED_POINT;
+    results.AddStatus(
+        QCalcOfsCorner4Pt(&first, &second, &third, &fourth, UNTOUCHED, &sight, &corner, inputs.Distance()));
+    AddSight(sight, results);
+    results.Add(corner);
+}
+
+void LineOffsetCall(Inputs& inputs, Results& results)
+{
+    inputs.ConnectObservationService();
+    const PointRecord first = inputs.Point();
+    const PointRecord second = inputs.Random().OneIn(16) ? first : inputs.FullPoint();
+    const Sight direction = inputs.NewSight(inputs.NewSetUp());
+    const PointRecord station = inputs.Point();
+    const double instrumentHeight = inputs.Distance();
+    SightRecord sight = UNTOUCHED_SIGHT;
+    PointRecord target = UNTOUCHED_POINT;
+    results.AddStatus(QCalcOfsLineHA(&first, &second, direction.horizontalAngle, direction.zenithAngle, &station,
+                                     instrumentHeight, &sight, &target, inputs.Distance()));
+    AddSight(sight, results);
+    results.Add(target);
+}
+
+// Mostly edges some degrees to both sides of the near face.
+void CircleOffsetCall(Inputs& inputs, Results& results)
+{
+    constexpr int32_t WIDEST = ANGLE_FULL_CIRCLE / 16;
+    inputs.ConnectObservationService();
+    const Sight near = inputs.NewSight(inputs.NewSetUp());
+    const AngleUnit width = inputs.Random().Below(WIDEST);
+    AngleUnit left = near.horizontalAngle % ANGLE_FULL_CIRCLE - width;
+    AngleUnit right = left + 2 * width + inputs.Random().Between(-400, 400);
+    if (inputs.Random().OneIn(8))
+    {
+        left = inputs.Angle();
+        right = inputs.Angle();
+    }
+    const PointRecord station = inputs.Point();
+    ObservationRecord face{};
+    face.horizontalAngle = near.horizontalAngle;
+    face.zenithAngle = near.zenithAngle;
+    face.secondDistance = inputs.Distance();
+    SightRecord sight = UNTOUCHED_SIGHT;
+    PointRecord centre = inputs.Point();
+    double radius = UNTOUCHED;
+    results.AddStatus(QCalcOfsCircle(&face, inputs.Distance(), left, near.zenithAngle, right, near.zenithAngle,
+                                     &station, UNTOUCHED, &sight, &centre, &radius));
+    AddSight(sight, results);
+    results.Add(centre);
+    results.Add(radius);
+}
+
+void ReferenceLine(Inputs& inputs, Results& results, bool isDefinition)
+{
+    const PointRecord first = inputs.Point();
+    const PointRecord second = inputs.Random().OneIn(16) ? first : inputs.Point();
+    const PointRecord point = inputs.Point();
+    ReferenceLineResult result = {UNTOUCHED_POINT, UNTOUCHED, UNTOUCHED, UNTOUCHED};
+    const int32_t definition = QREFSetBaseLine(&first, &second);
+    const int32_t use = QREFCalc(&point, &result);
+    results.AddStatus(isDefinition ? definition : use);
+    results.Add(isDefinition ? use : definition);
+    results.Add(result.foot);
+    results.Add(result.station);
+    results.Add(result.offset);
+    results.Add(result.heightDifference);
+}
+
+void ReferenceLineDefinitionCall(Inputs& inputs, Results& results)
+{
+    ReferenceLine(inputs, results, true);
+}
+
+void ReferenceLineCall(Inputs& inputs, Results& results)
+{
+    ReferenceLine(inputs, results, false);
+}
+
+// A rejected definition leaves the former arc in use: here always this one.
+void DefineFormerArc()
+{
+    constexpr PointRecord START = {100.0, 200.0, 10.0, 3};
+    QREFSetArcByRadiusArcLen(&START, ANGLE_QUARTER_CIRCLE, -250.0, 400.0);
+}
+
+void AddArcParams(Results& results)
+{
+    ArcParams arc = {UNTOUCHED_ANGLE, UNTOUCHED_ANGLE, UNTOUCHED, UNTOUCHED, UNTOUCHED_ANGLE};
+    results.Add(QREFGetArcParams(&arc));
+    results.Add(arc.startAzimuth);
+    results.Add(arc.endAzimuth);
+    results.Add(arc.radius);
+    results.Add(arc.length);
+    results.Add(arc.centralAngle);
+}
+
+void AddArcResult(const ArcCalcResult& result, Results& results)
+{
+    results.Add(result.point);
+    results.Add(result.along);
+    results.Add(result.offset);
+    results.Add(result.heightDifference);
+}
+
+constexpr ArcCalcResult UNTOUCHED_ARC_RESULT = {UNTOUCHED_POINT, UNTOUCHED, UNTOUCHED, UNTOUCHED};
+
+// What is defined now: its parameters and a point referred to it.
+void AddArc(Inputs& inputs, const PointRecord& start, Results& results)
+{
+    AddArcParams(results);
+    const PointRecord measured = inputs.PointNear(start);
+    ArcCalcResult result = UNTOUCHED_ARC_RESULT;
+    results.Add(QREFCalcArc(&measured, &result));
+    AddArcResult(result, results);
+}
+
+void ArcByCoordCall(Inputs& inputs, Results& results)
+{
+    DefineFormerArc();
+    const PointRecord start = inputs.Point();
+    const PointRecord end = inputs.Random().OneIn(16) ? start : inputs.PointNear(start);
+    const AngleUnit startAzimuth = inputs.Angle();
+    const AngleUnit endAzimuth = inputs.Random().OneIn(16) ? startAzimuth : inputs.Angle();
+    results.AddStatus(QREFSetArcByCoord(&start, &end, startAzimuth, endAzimuth));
+    AddArc(inputs, start, results);
+}
+
+void ArcByAzimuthsCall(Inputs& inputs, Results& results)
+{
+    DefineFormerArc();
+    const PointRecord start = inputs.Point();
+    const AngleUnit startAzimuth = inputs.Angle();
+    const AngleUnit endAzimuth = inputs.Random().OneIn(16) ? startAzimuth : inputs.Angle();
+    const double radius = inputs.Random().OneIn(2) ? inputs.Distance() : -inputs.Distance();
+    results.AddStatus(QREFSetArcByRadiusHAngle(&start, startAzimuth, radius, endAzimuth));
+    AddArc(inputs, start, results);
+}
+
+int32_t DefineArcByLength(Inputs& inputs, const PointRecord& start)
+{
+    const AngleUnit startAzimuth = inputs.Angle();
+    const double radius = inputs.Random().OneIn(2) ? inputs.Distance() : -inputs.Distance();
+    return QREFSetArcByRadiusArcLen(&start, startAzimuth, radius, inputs.Distance());
+}
+
+void ArcByLengthCall(Inputs& inputs, Results& results)
+{
+    DefineFormerArc();
+    const PointRecord start = inputs.Point();
+    results.AddStatus(DefineArcByLength(inputs, start));
+    AddArc(inputs, start, results);
+}
+
+void ArcParamsCall(Inputs& inputs, Results& results)
+{
+    DefineFormerArc();
+    const PointRecord start = inputs.Point();
+    const int32_t definition = DefineArcByLength(inputs, start);
+    ConnectInstrumentSettings(nullptr);
+    results.AddStatus(QSTD_OK);
+    results.Add(definition);
+    AddArcParams(results);
+}
+
+void ArcCall(Inputs& inputs, Results& results)
+{
+    DefineFormerArc();
+    const PointRecord start = inputs.Point();
+    const int32_t definition = DefineArcByLength(inputs, start);
+    const PointRecord measured = inputs.Random().OneIn(16) ? start : inputs.PointNear(start);
+    ArcCalcResult result = UNTOUCHED_ARC_RESULT;
+    results.AddStatus(QREFCalcArc(&measured, &result));
+    results.Add(definition);
+    AddArcResult(result, results);
+}
+
+// A sight at a plane and what it hits.
+struct PlaneSight
+{
+    Sight direction;
+    PointRecord station;
+    double instrumentHeight;
+    PointRecord point;
+    double along;
+    double second;
+};
+
+PlaneSight NewPlaneSight(Inputs& inputs)
+{
+    const Sight direction = inputs.NewSight(inputs.NewSetUp());
+    const PointRecord station = inputs.Point();
+    return {direction, station, inputs.Distance(), UNTOUCHED_POINT, UNTOUCHED, UNTOUCHED};
+}
+
+void AddPlaneSight(const PlaneSight& sight, Results& results)
+{
+    results.Add(sight.point);
+    results.Add(sight.along);
+    results.Add(sight.second);
+}
+
+void TwoPointPlane(Inputs& inputs, Results& results, bool isDefinition)
+{
+    const PointRecord first = inputs.FullPoint();
+    const PointRecord second = inputs.Random().OneIn(16) ? first : inputs.Point();
+    PlaneSight s = NewPlaneSight(inputs);
+    const int32_t definition = QREFSet2PtBasePlane(&first, &second);
+    const int32_t use = QREFCalc2PtPlane(s.direction.horizontalAngle, s.direction.zenithAngle, &s.station,
+                                         s.instrumentHeight, &s.point, &s.along, &s.second);
+    results.AddStatus(isDefinition ? definition : use);
+    results.Add(isDefinition ? use : definition);
+    AddPlaneSight(s, results);
+}
+
+void TwoPointPlaneDefinitionCall(Inputs& inputs, Results& results)
+{
+    TwoPointPlane(inputs, results, true);
+}
+
+void TwoPointPlaneCall(Inputs& inputs, Results& results)
+{
+    TwoPointPlane(inputs, results, false);
+}
+
+void ThreePointPlane(Inputs& inputs, Results& results, bool isDefinition)
+{
+    const PointRecord first = inputs.FullPoint();
+    const PointRecord second = inputs.Random().OneIn(16) ? first : inputs.FullPoint();
+    const PointRecord third = inputs.FullPoint();
+    const PointRecord* const last = inputs.Random().OneIn(4) ? nullptr : &third;
+    PlaneSight s = NewPlaneSight(inputs);
+    const int32_t definition = QREFSet3PtBasePlane(&first, &second, last);
+    const int32_t use = QREFCalc3PtPlane(s.direction.horizontalAngle, s.direction.zenithAngle, &s.station,
+                                         s.instrumentHeight, &s.point, &s.along, &s.second);
+    results.AddStatus(isDefinition ? definition : use);
+    results.Add(isDefinition ? use : definition);
+    AddPlaneSight(s, results);
+}
+
+void ThreePointPlaneDefinitionCall(Inputs& inputs, Results& results)
+{
+    ThreePointPlane(inputs, results, true);
+}
+
+void ThreePointPlaneCall(Inputs& inputs, Results& results)
+{
+    ThreePointPlane(inputs, results, false);
+}
+
 struct Function
 {
     const char* name;
@@ -264,6 +682,31 @@ constexpr Function FUNCTIONS[] = {
     {"QSTN3PtResect", 200000, ThreePointResectionCall},
     {"QSTNMultiResect", 60000, MultiPointResectionCall},
     {"QSTNKnownLine", 60000, KnownLineCall},
+    {"QCogoCalcArea", 100000, AreaCall},
+    {"QCogoCalcCrossLine", 100000, CrossLineCall},
+    {"QCogoCalcCrossCircle", 100000, CrossCircleCall},
+    {"QCogoCalcCrossLineCircle", 100000, CrossLineCircleCall},
+    {"QCogoCalcPtLine", 100000, PointToLineCall},
+    {"QCogoCalcTransLine", 100000, LineTransferCall},
+    {"QREMSetBase", 100000, RemoteBaseCall},
+    {"QREMCalc", 100000, RemoteElevationCall},
+    {"QBRSetSlope", 100000, SlopeDefinitionCall},
+    {"QBRCalc", 100000, SlopeReferenceCall},
+    {"QCalcOfsCorner3Pt", 100000, ThreePointCornerCall},
+    {"QCalcOfsCorner4Pt", 100000, FourPointCornerCall},
+    {"QCalcOfsLineHA", 100000, LineOffsetCall},
+    {"QCalcOfsCircle", 100000, CircleOffsetCall},
+    {"QREFSetBaseLine", 100000, ReferenceLineDefinitionCall},
+    {"QREFCalc", 100000, ReferenceLineCall},
+    {"QREFSetArcByCoord", 100000, ArcByCoordCall},
+    {"QREFSetArcByRadiusHAngle", 100000, ArcByAzimuthsCall},
+    {"QREFSetArcByRadiusArcLen", 100000, ArcByLengthCall},
+    {"QREFGetArcParams", 100000, ArcParamsCall},
+    {"QREFCalcArc", 100000, ArcCall},
+    {"QREFSet2PtBasePlane", 100000, TwoPointPlaneDefinitionCall},
+    {"QREFCalc2PtPlane", 100000, TwoPointPlaneCall},
+    {"QREFSet3PtBasePlane", 100000, ThreePointPlaneDefinitionCall},
+    {"QREFCalc3PtPlane", 100000, ThreePointPlaneCall},
 };
 
 uint64_t SeedOf(const char* name)

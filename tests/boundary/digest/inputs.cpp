@@ -50,6 +50,19 @@ void AnswerRecord(SettingsRecord* record)
     record->values[5] = instrument.meanElevation;
 }
 
+int32_t faceTwo = 0;
+
+int32_t AnswerFaceTwo()
+{
+    return faceTwo;
+}
+
+// Vanishing differences count as none, as an instrument may tidy them.
+double TidyDiscriminant(double value, double* /*other*/)
+{
+    return value < 1e-6 && value > -1e-6 ? 0.0 : value;
+}
+
 constexpr double UNITS_PER_RADIAN = ANGLE_HALF_CIRCLE / PI;
 
 constexpr double SPECIAL_REALS[] = {
@@ -123,6 +136,32 @@ AngleUnit NearestUnit(double radians)
     return (halfUnits + 1) / 2;
 }
 
+bool IsInRange(double value)
+{
+    constexpr double FARTHEST = 1e7;
+    return value > -FARTHEST && value < FARTHEST;
+}
+
+// Observes from the origin; what is passed through is a height above the target. Out of range it has no observation.
+int32_t ObserveFromOrigin(double northing, double easting, double height, double passthrough,
+                          ObservationRecord* observation)
+{
+    *observation = ObservationRecord{};
+    if (!IsInRange(northing) || !IsInRange(easting) || !IsInRange(height) || !IsInRange(passthrough))
+    {
+        return -1;
+    }
+    const double rise = height + passthrough;
+    const double plan = PlainSquareRoot(northing * northing + easting * easting);
+    observation->horizontalAngle = NearestUnit(PlainDirection(easting, northing));
+    observation->zenithAngle = NearestUnit(PlainDirection(plan, rise));
+    observation->distance = PlainSquareRoot(plan * plan + rise * rise);
+    observation->northing = northing;
+    observation->easting = easting;
+    observation->height = rise;
+    return 0;
+}
+
 } // namespace
 
 void Inputs::BeginCall()
@@ -151,6 +190,24 @@ void Inputs::ConnectInstrument()
     settings.GetIntSetting = AnswerInteger;
     settings.GetRealSetting = AnswerReal;
     settings.GetSettingsRecord = AnswerRecord;
+    ConnectInstrumentSettings(&settings);
+}
+
+void Inputs::ConnectObservationService()
+{
+    if (random.OneIn(6))
+    {
+        return;
+    }
+    constexpr int32_t FACES[] = {0, 0, 1, 1, 2};
+    constexpr int32_t REFERENCES[] = {0, 0, 1};
+    faceTwo = Pick(random, FACES);
+    instrument.azimuthReference = Pick(random, REFERENCES);
+    InstrumentSettings settings{};
+    settings.GetIntSetting = AnswerInteger;
+    settings.QueryFaceTwo = AnswerFaceTwo;
+    settings.CoordToObservation = ObserveFromOrigin;
+    settings.AdjustDiscriminant = TidyDiscriminant;
     ConnectInstrumentSettings(&settings);
 }
 
@@ -216,6 +273,35 @@ PointRecord Inputs::Point()
     point.height = kind == Kind::GRID ? random.Between(-1, 1) : Spoil(Millimetres(0, 300000));
     point.flags = Flags();
     return point;
+}
+
+PointRecord Inputs::FullPoint()
+{
+    PointRecord point = Point();
+    if (!random.OneIn(4))
+    {
+        point.flags = POINT_HAS_PLAN | POINT_HAS_HEIGHT;
+    }
+    return point;
+}
+
+PointRecord Inputs::PointNear(const PointRecord& point)
+{
+    PointRecord near = Point();
+    near.northing = point.northing + Distance();
+    near.easting = point.easting + Distance();
+    return near;
+}
+
+LineDef Inputs::Line()
+{
+    constexpr uint16_t MODES[] = {LINE_BY_AZIMUTH, LINE_BY_AZIMUTH, LINE_BY_POINTS, LINE_BY_POINTS, LINE_BY_POINTS, 0};
+    LineDef line{};
+    line.first = Point();
+    line.second = random.OneIn(16) ? line.first : Point();
+    line.azimuth = Angle();
+    line.mode = Pick(random, MODES);
+    return line;
 }
 
 // The orientation comes from its half-angle tangent t: cosine (1 - t^2) / (1 + t^2), sine 2 t / (1 + t^2).

@@ -41,6 +41,9 @@ public:
     // Begins the inputs of one call: chooses their kind and connects an instrument.
     void BeginCall();
 
+    // Connects, to most calls, an observation service, a telescope in either face and a rule for discriminants as well.
+    void ConnectObservationService();
+
     RandomBits& Random()
     {
         return random;
@@ -50,6 +53,11 @@ public:
     double Distance();
     AngleUnit Angle();
     PointRecord Point();
+    // Most of its points have a height.
+    PointRecord FullPoint();
+    // Some distances away from a point, so that circles and lines around both meet.
+    PointRecord PointNear(const PointRecord& point);
+    LineDef Line();
     SetUp NewSetUp();
     Sight NewSight(const SetUp& setUp);
 

@@ -42,6 +42,15 @@ void Results::AddStatus(int32_t status)
     Add(status);
 }
 
+void Results::AddSolutions(int32_t solutions)
+{
+    if (solutions > 0)
+    {
+        ++succeeded;
+    }
+    Add(solutions);
+}
+
 // Platforms differ in the sign and payload of a NaN; all count as one.
 void Results::Add(double value)
 {
@@ -85,7 +94,7 @@ void Results::EndCall() const
 
 void Results::PrintTotal(int32_t calls) const
 {
-    std::printf("%-20s %7ld calls %7ld succeeded ", name, static_cast<long>(calls), static_cast<long>(succeeded));
+    std::printf("%-24s %7ld calls %7ld succeeded ", name, static_cast<long>(calls), static_cast<long>(succeeded));
     PrintBits("", hash);
     std::printf("\n");
 }

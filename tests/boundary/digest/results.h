@@ -16,6 +16,8 @@ public:
 
     void BeginCall(int32_t number);
     void AddStatus(int32_t status);
+    // For functions that return a number of solutions: any solution is a success.
+    void AddSolutions(int32_t solutions);
     void Add(double value);
     void Add(int32_t value);
     void Add(const PointRecord& point);
