@@ -8,7 +8,7 @@
 #include "qstdlib.h"
 #include "tests/support/angle.h"
 #include "tests/support/random_geometry.h"
-#include "tools/qstd/simulated_instrument.h"
+#include "tools/qstd/instrument/simulated_instrument.h"
 
 using qstd::SimulatedInstrument;
 using support::AnyAzimuth;

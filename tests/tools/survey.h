@@ -5,10 +5,10 @@
 #ifndef QSTDLIB_TESTS_TOOLS_SURVEY_H
 #define QSTDLIB_TESTS_TOOLS_SURVEY_H
 
-#include "field_book.h"
-#include "message.h"
-#include "station_solution.h"
-#include "table.h"
+#include "input/field_book.h"
+#include "input/table.h"
+#include "station/station_solution.h"
+#include "text/message.h"
 
 #include <optional>
 #include <string>

@@ -1,0 +1,38 @@
+"""What the documents show is what the program does."""
+import pathlib
+import re
+import subprocess
+import unittest
+
+from case import PROGRAM, SOURCES, Case
+
+SHELL = ["bash", "-o", "pipefail", "-c"]
+
+
+class Documents(Case):
+    def examples(self, document):
+        """Commands and what they print: blocks that begin with a prompt and call the program."""
+        text = (SOURCES / document).read_text(encoding="utf-8")
+        blocks = re.findall(r"^```console\n\$ (.*?)^```$", text, re.MULTILINE | re.DOTALL)
+        for block in blocks:
+            for example in re.split(r"^\$ ", block, flags=re.MULTILINE):
+                command, _, output = example.partition("\n")
+                while command.endswith("\\"):
+                    more, _, output = output.partition("\n")
+                    command = command[:-1] + more.strip()
+                yield command, output
+
+    def check(self, document, at_least):
+        examples = list(self.examples(document))
+        self.assertGreaterEqual(len(examples), at_least)
+        path = str(pathlib.Path(PROGRAM).parent) + ":/usr/bin:/bin"
+        for command, output in examples:
+            done = subprocess.run([*SHELL, command], capture_output=True, cwd=SOURCES, check=False, env={"PATH": path})
+            self.assertEqual(output, (done.stdout + done.stderr).decode(), command)
+
+    def test_the_manual(self):
+        self.check("docs/tool.md", 2)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,12 @@
+#include "command_line/verbs.h"
+
+#include <CLI/CLI.hpp>
+
+namespace qstd {
+
+void AddReferenceVerbs(CommandLine& commandLine)
+{
+    static_cast<void>(commandLine);
+}
+
+} // namespace qstd

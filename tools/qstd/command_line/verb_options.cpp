@@ -1,0 +1,55 @@
+#include "command_line/command_line.h"
+
+#include <CLI/CLI.hpp>
+
+namespace qstd {
+
+void AddPointsOption(Verb& verb)
+{
+    verb.app
+        ->add_option("--points", verb.common->points,
+                     "Table of points that names stand for: id n e [h] [code]; - is standard input")
+        ->type_name("FILE");
+}
+
+void AddFigureOptions(Verb& verb)
+{
+    OutputOptions& output = verb.common->output;
+    verb.app->add_option("--svg", output.svg, "Draw a plan to scale on A4 into FILE")->type_name("FILE");
+    verb.app->add_option("--dxf", output.dxf, "Write points and figures in site coordinates as DXF")->type_name("FILE");
+    verb.app->add_option("--geojson", output.geoJson, "Write points and figures in site coordinates as GeoJSON")
+        ->type_name("FILE");
+}
+
+void AddAzimuthOption(Verb& verb)
+{
+    verb.app->add_flag("--south-azimuth", verb.common->instrument.isSouthAzimuth,
+                       "Azimuths count from south, in and out");
+}
+
+void AddCorrectionOptions(Verb& verb)
+{
+    InstrumentOptions& instrument = verb.common->instrument;
+    verb.app->add_option("--scale", instrument.scale, "Scale factor of plan distances; 1 when not given")
+        ->type_name("FACTOR");
+    verb.app->add_option("--sea-level", instrument.seaLevel, "Correct for sea level; mean elevation of the area")
+        ->type_name("ELEVATION");
+    verb.app
+        ->add_option("--refraction", instrument.refraction,
+                     "Correct for curvature and refraction; coefficient 0: 0.132, 1: 0.133, 2: 0.20")
+        ->check(CLI::Range(0, 2))
+        ->type_name("INDEX");
+}
+
+void AddStandingOptions(Verb& verb)
+{
+    InstrumentOptions& instrument = verb.common->instrument;
+    verb.app->add_option("--station", instrument.station, "Point on which the instrument stands")->type_name("POINT");
+    verb.app->add_option("--orientation", instrument.orientation, "Azimuth of the circle's zero; 0 when not given")
+        ->type_name("ANGLE");
+    verb.app->add_option("--instrument-height", instrument.instrumentHeight, "Axis above the station; 0 when not given")
+        ->type_name("HEIGHT");
+    verb.app->add_flag("--face-two", instrument.isFaceTwo, "The telescope is in face two");
+}
+
+} // namespace qstd

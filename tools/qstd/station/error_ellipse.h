@@ -1,0 +1,37 @@
+/**
+ * @file error_ellipse.h
+ * How well the sights fix the station: normal equations at the adjusted station, and the ellipse that they give.
+ */
+#ifndef QSTD_ERROR_ELLIPSE_H
+#define QSTD_ERROR_ELLIPSE_H
+
+#include "station/set_up.h"
+
+#include <qstdlib.h>
+
+#include <optional>
+#include <vector>
+
+namespace qstd {
+
+/** Standard error ellipse of the station, and what the same equations say of the orientation. */
+struct ErrorEllipse
+{
+    double major = 0.0;              /**< metres */
+    double minor = 0.0;              /**< metres */
+    double azimuth = 0.0;            /**< of the major axis, radians, 0 to below a half circle */
+    double orientationSigma = 0.0;   /**< radians */
+    double unitDirectionSigma = 0.0; /**< standard deviation of one direction after the adjustment, radians */
+};
+
+/**
+ * The ellipse of an adjusted station. The library returns two precisions only; the tool forms the normal equations of
+ * the same model itself and scales their inverse so that it agrees with these two.
+ *
+ * @return nothing when the equations are singular or the precisions say nothing
+ */
+std::optional<ErrorEllipse> FormErrorEllipse(const std::vector<PreparedSight>& sights, const ResectStation& station);
+
+} // namespace qstd
+
+#endif

@@ -1,0 +1,141 @@
+#include "station/report.h"
+
+#include "station/status_text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+
+namespace qstd {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr double DEGREES_PER_RADIAN = 180.0 / 3.14159265358979323846;
+constexpr double UNITS_PER_DEGREE = 57600.0;
+
+/** An angle of the interface: the integer and the same in degrees; null twice where there is none. */
+void AddAngle(Json& object, const std::string& name, std::optional<AngleUnit> units)
+{
+    object[name + "_degrees"] = units ? Json(DegreesOf(*units)) : Json(nullptr);
+    object[name + "_units"] = units ? Json(*units) : Json(nullptr);
+}
+
+void AddOptional(Json& object, const char* name, std::optional<double> value)
+{
+    object[name] = value ? Json(*value) : Json(nullptr);
+}
+
+Json StationObject(const StationSolution& solution)
+{
+    const ResectStation& station = solution.station;
+    const bool hasPrecision = solution.Redundancy() > 0;
+    const std::optional<double> nothing;
+    Json object;
+    object["northing"] = station.position.northing;
+    object["easting"] = station.position.easting;
+    AddOptional(object, "height", solution.HasHeight() ? std::optional(station.position.height) : nothing);
+    AddOptional(object, "mark_height", solution.markHeight);
+    AddAngle(object, "orientation", station.orientation);
+    AddOptional(object, "northing_precision", hasPrecision ? std::optional(station.northingPrecision) : nothing);
+    AddOptional(object, "easting_precision", hasPrecision ? std::optional(station.eastingPrecision) : nothing);
+    AddOptional(object, "height_spread", solution.HasHeight() ? std::optional(station.heightSpread) : nothing);
+    object["height_targets"] = solution.HasHeight() ? solution.heightTargets : 0;
+    return object;
+}
+
+Json EllipseObject(const ErrorEllipse& ellipse)
+{
+    Json object;
+    object["semi_major"] = ellipse.major;
+    object["semi_minor"] = ellipse.minor;
+    object["azimuth_degrees"] = ellipse.azimuth * DEGREES_PER_RADIAN;
+    object["orientation_precision_degrees"] = ellipse.orientationSigma * DEGREES_PER_RADIAN;
+    object["direction_sigma_degrees"] = ellipse.unitDirectionSigma * DEGREES_PER_RADIAN;
+    return object;
+}
+
+void AddResidual(Json& object, const SightResidual& residual)
+{
+    std::optional<AngleUnit> direction;
+    if (residual.direction)
+    {
+        direction = static_cast<AngleUnit>(std::lround(*residual.direction * DEGREES_PER_RADIAN * UNITS_PER_DEGREE));
+    }
+    AddAngle(object, "direction_residual", direction);
+    AddOptional(object, "across_residual", residual.across);
+    AddOptional(object, "distance_residual", residual.distance);
+    AddOptional(object, "height_residual", residual.height);
+}
+
+Json SightObject(const PreparedSight& prepared, const SightResidual& residual)
+{
+    const Sight& sight = *prepared.sight;
+    Json object;
+    object["line"] = sight.line;
+    object["target"] = sight.target;
+    AddAngle(object, "hz", sight.circle);
+    AddAngle(object, "v", sight.zenith);
+    AddOptional(object, "slope_distance", sight.slopeDistance);
+    AddOptional(object, "horizontal_distance", prepared.horizontalDistance);
+    AddOptional(object, "vertical_difference", prepared.verticalDifference);
+    object["target_height"] = sight.targetHeight;
+    object["face"] = prepared.isFaceTwo ? 2 : 1;
+    object["used"] = prepared.isUsed;
+    object["remark"] = prepared.remark;
+    AddResidual(object, residual);
+    return object;
+}
+
+Json SetUpObject(const StationSolution& solution)
+{
+    Json object;
+    object["format"] = "qstd/1";
+    object["station"] = solution.setUp->station;
+    object["setup"] = solution.setUp->number;
+    object["solved"] = solution.IsSolved();
+    object["status"] = solution.status;
+    object["status_name"] = OutcomeName(solution);
+    if (solution.IsSolved())
+    {
+        object["result"] = StationObject(solution);
+        object["redundancy"] = solution.Redundancy();
+    }
+    else
+    {
+        const StatusText words = DescribeFailure(solution);
+        object["reason"] = words.reason;
+        object["usual_cause"] = words.usualCause;
+        object["remedy"] = words.remedy;
+    }
+    if (solution.ellipse)
+    {
+        object["error_ellipse"] = EllipseObject(*solution.ellipse);
+    }
+    AddOptional(object, "instrument_height", solution.setUp->instrumentHeight);
+    object["directions"] = solution.directions;
+    object["distances"] = solution.distances;
+    object["reduced_from_face_two"] = solution.faceTwo;
+    Json sights = Json::array();
+    for (size_t i = 0; i < solution.sights.size(); ++i)
+    {
+        sights.push_back(SightObject(solution.sights[i], solution.residuals[i]));
+    }
+    object["sights"] = std::move(sights);
+    return object;
+}
+
+} // namespace
+
+std::string JsonReport(const std::vector<StationSolution>& solutions)
+{
+    std::string text;
+    for (const StationSolution& solution : solutions)
+    {
+        text += SetUpObject(solution).dump() + "\n";
+    }
+    return text;
+}
+
+} // namespace qstd

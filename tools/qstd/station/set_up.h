@@ -1,0 +1,44 @@
+/**
+ * @file set_up.h
+ * From a set-up of the field book to the observations of the library: what takes part, and why the rest does not.
+ */
+#ifndef QSTD_SET_UP_H
+#define QSTD_SET_UP_H
+
+#include "input/field_book.h"
+
+#include <qstdlib.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qstd {
+
+/** A sight brought to face one and joined with its target. */
+struct PreparedSight
+{
+    const Sight* sight = nullptr;
+    const KnownPoint* target = nullptr; /**< null where there are no plan coordinates to go with */
+    bool isFaceTwo = false;             /**< as read; the angles below are reduced */
+    AngleUnit circle = 0;
+    std::optional<AngleUnit> zenith;
+    std::optional<double> horizontalDistance; /**< measured, or reduced from the slope */
+    std::optional<double> verticalDifference; /**< instrument axis to reflector */
+    bool isUsed = false;
+    std::string remark; /**< why the sight, or a part of it, does not take part */
+};
+
+/** All sights of a set-up, in its order. The set-up and the points must outlive the result. */
+std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& points);
+
+/**
+ * The record of the library for a sight that is used.
+ *
+ * Without a zenith reading the target's height is withheld: a level sight would be an invention.
+ */
+ResectObservation ToObservation(const PreparedSight& prepared);
+
+} // namespace qstd
+
+#endif

@@ -1,0 +1,53 @@
+#include "verbs/arguments.h"
+
+#include "input/row_reader.h"
+#include "text/outcome.h"
+#include "text/text.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <optional>
+
+namespace qstd {
+
+double LengthArgument(const std::string& text, const std::string& what)
+{
+    const std::optional<double> value = ParseReal(Trim(text));
+    if (!value)
+    {
+        throw WrongUse(fmt::format("{} {}: not a number; write it with a decimal point, such as 12.345", what,
+                                   Quoted(text)));
+    }
+    if (std::fabs(*value) > LONGEST_LENGTH)
+    {
+        throw WrongUse(fmt::format("{} {}: beyond 100 000 km; no length on the earth is longer", what, Quoted(text)));
+    }
+    return *value;
+}
+
+bool IsRefusedForPlan(const PointReferences& points, Row& row)
+{
+    for (const KnownPoint& point : points)
+    {
+        if ((point.point.flags & POINT_HAS_PLAN) == 0)
+        {
+            row.status = QSTD_MISSING_COORDINATES;
+            row.isComputed = false;
+            row.remark = fmt::format("point {} has no northing and easting", point.id);
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string SideText(double offset, const Sink& sink)
+{
+    if (sink.LengthText(std::fabs(offset)) == sink.LengthText(0.0))
+    {
+        return "on the line";
+    }
+    return offset > 0.0 ? "to the right" : "to the left";
+}
+
+} // namespace qstd

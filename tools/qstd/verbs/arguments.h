@@ -1,0 +1,31 @@
+/**
+ * @file arguments.h
+ * What verbs take from the command line besides points and angles, and what they say of it.
+ */
+#ifndef QSTD_ARGUMENTS_H
+#define QSTD_ARGUMENTS_H
+
+#include "input/field_book.h"
+#include "results/result.h"
+#include "results/sink.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace qstd {
+
+/** A length of any sign. Throws WrongUse. @param what  for the message, such as chainage */
+double LengthArgument(const std::string& text, const std::string& what);
+
+using PointReferences = std::vector<std::reference_wrapper<const KnownPoint>>;
+
+/** Where a point has no coordinates in the plan: marks the row as not computed for that reason and returns true. */
+bool IsRefusedForPlan(const PointReferences& points, Row& row);
+
+/** In words: to the right, to the left, or on the line where it is printed as 0. */
+std::string SideText(double offset, const Sink& sink);
+
+} // namespace qstd
+
+#endif
