@@ -159,3 +159,14 @@ TEST(WithinCircle, BringsAnyUnitsIntoTheCircle)
     EXPECT_EQ(qstd::WithinCircle(-20736000), 0);
     EXPECT_EQ(qstd::WithinCircle(41472005), 5);
 }
+
+TEST(ParseAngle, RefusesWhatIsTooLongToBeOneAtOnce)
+{
+    std::string signs;
+    for (int i = 0; i < 500'000; ++i)
+    {
+        signs += "\u00B0";
+    }
+    EXPECT_FALSE(ParseAngle(signs, std::nullopt).problem.empty());
+    EXPECT_FALSE(ParseAngle(std::string(300, ' ') + "1d", std::nullopt).problem.empty());
+}

@@ -73,9 +73,18 @@ const Table& InputTable::Head() const
     return stream->Head();
 }
 
+void InputTable::ShowProgress(bool isShown)
+{
+    showsProgress = isShown;
+}
+
 void InputTable::Rewind()
 {
-    progress.emplace();
+    progress.reset();
+    if (showsProgress)
+    {
+        progress.emplace();
+    }
     if (!stream->Rewind(messages))
     {
         throw Unreadable();
@@ -84,7 +93,10 @@ void InputTable::Rewind()
 
 bool InputTable::Next(TableRow& row)
 {
-    progress->Show(source.Position(), source.Size());
+    if (progress)
+    {
+        progress->Show(source.Position(), source.Size());
+    }
     if (stream->Next(row, messages))
     {
         return true;
@@ -198,11 +210,17 @@ InputTable& Inputs::Rows(const std::string& path)
     const auto found = tables.find(path);
     if (found != tables.end())
     {
+        found->second->ShowProgress(showsProgress);
         found->second->Rewind();
         return *found->second;
     }
     Claim(path);
     return *tables.emplace(path, std::make_unique<InputTable>(path, problems)).first->second;
+}
+
+void Inputs::ShowProgress(bool isShown)
+{
+    showsProgress = isShown;
 }
 
 const std::vector<SetUp>& Inputs::SetUps(const std::string& path)

@@ -31,6 +31,9 @@ public:
     /** To the first row. Throws Unreadable where the table has no header. */
     void Rewind();
 
+    /** Tells how far it has come, from now on; not where that would stand between the lines of the results. */
+    void ShowProgress(bool isShown);
+
     /** False at the end. Rows that cannot be used are told in the messages of the run. */
     bool Next(TableRow& row);
 
@@ -39,6 +42,7 @@ private:
     LineSource source;
     std::optional<TableStream> stream;
     std::optional<Progress> progress;
+    bool showsProgress = true;
 };
 
 /** Reads each input once, however often a verb asks for it. */
@@ -67,6 +71,9 @@ public:
     /** A table, at its first row. Throws Unreadable, and WrongUse where standard input would be read twice. */
     InputTable& Rows(const std::string& path);
 
+    /** Whether tables tell how far they have come. */
+    void ShowProgress(bool isShown);
+
     /** The set-ups of a field book. Throws as Rows does. */
     const std::vector<SetUp>& SetUps(const std::string& path);
 
@@ -85,6 +92,7 @@ private:
     std::unordered_map<std::string, std::unique_ptr<InputTable>> tables;
     std::unordered_map<std::string, std::vector<SetUp>> fieldBooks;
     bool isStandardInputTaken = false;
+    bool showsProgress = true;
 };
 
 } // namespace qstd

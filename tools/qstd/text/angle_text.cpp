@@ -13,6 +13,9 @@ namespace qstd {
 
 namespace {
 
+/** No angle is written in more bytes; what goes on is not searched for signs. */
+constexpr size_t LONGEST_ANGLE = 256;
+
 constexpr double PI = 3.14159265358979323846;
 constexpr double UNITS_PER_DEGREE = 3600.0 * 16.0;
 constexpr double UNITS_PER_MINUTE = 60.0 * 16.0;
@@ -199,6 +202,10 @@ std::string FormatDecimal(AngleUnit angle, double divisor, double fullCircle, in
 
 ParsedAngle ParseAngle(std::string_view text, std::optional<AngleForm> bare)
 {
+    if (text.size() > LONGEST_ANGLE)
+    {
+        return Problem(NOT_AN_ANGLE);
+    }
     const std::string plain = PlainSigns(Trim(text));
     std::string_view angle = plain;
     if (!angle.empty() && angle.front() == '-' && angle.find_first_of("0123456789") == 1)
