@@ -255,9 +255,9 @@ void Sink::Pick(const Section& section, Shown& picked) const
         if (found == names.end())
         {
             const std::vector<std::string> near = NearestNames(wanted, names, MOST_PROPOSALS);
-            throw WrongUse(fmt::format("--columns: no column {}; {}: {}", Quoted(wanted),
-                                       near.empty() ? "there are" : "did you mean",
-                                       JoinNames(near.empty() ? names : near) + (near.empty() ? "" : "?")));
+            throw WrongUse(
+                fmt::format("--columns: no column {}; {}", Quoted(wanted),
+                            near.empty() ? "there are " + JoinNames(names) : "did you mean " + JoinNames(near) + "?"));
         }
         picked.places.push_back(static_cast<size_t>(found - names.begin()));
     }
