@@ -228,7 +228,7 @@ TEST_F(FigureDxfTest, WritesLinesWithTheirLabelsHalfway)
 
 TEST_F(FigureDxfTest, CountsArcsCounterClockwiseFromTheEast)
 {
-    // Clockwise from north to south-east (azimuth 135 degrees): counter-clockwise from 90 - 135 = -45, that is 315, to 90.
+    // Clockwise from north to azimuth 135 degrees: counter-clockwise from 90 - 135 = -45, that is 315, to 90.
     writer.Add(FigureArc{At(0.0, 0.0), 5.0, 0.0, PI * 0.75, LineRole::RESULT, ""});
     // The same, run the other way.
     writer.Add(FigureArc{At(0.0, 0.0), 5.0, PI * 0.75, -PI * 0.75, LineRole::RESULT, ""});

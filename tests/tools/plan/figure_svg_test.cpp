@@ -104,8 +104,10 @@ std::vector<SheetPoint> CirclePoints(const std::string& document)
     for (const Element& circle : Elements(document, "circle"))
     {
         const double radius = circle.Number("r");
-        for (double turn = 0.0; turn < 2.0 * PI; turn += 0.3 / radius)
+        const int count = static_cast<int>(std::ceil(2.0 * PI * radius / 0.3));
+        for (int i = 0; i < count; ++i)
         {
+            const double turn = 2.0 * PI * i / count;
             points.push_back(
                 {circle.Number("cx") + radius * std::cos(turn), circle.Number("cy") + radius * std::sin(turn)});
         }
@@ -347,7 +349,7 @@ TEST(FigureSvg, LeavesOutWhatIsNoNumberOrBeyondAllMaps)
     std::string after = figure.Finish();
     EXPECT_THAT(after, Not(HasSubstr("nan")));
     EXPECT_THAT(after, Not(HasSubstr("inf")));
-    const size_t line = after.find("<text", after.rfind("\n", after.find(">9 parts beyond the sheet<")));
+    const size_t line = after.find("<text", after.rfind('\n', after.find(">9 parts beyond the sheet<")));
     ASSERT_NE(line, std::string::npos);
     after.erase(line, after.find('\n', line) + 1 - line);
     EXPECT_EQ(after, before);
@@ -450,13 +452,34 @@ TEST(FigureSvg, KeepsEverythingApartAlongAStakedLine)
     }
 }
 
+TEST(FigureSvg, NamesPointsBesideTheStrokesOfTicks)
+{
+    FigureSvg figure;
+    figure.Begin(Plan());
+    figure.Add(FigurePoint{"A", At(0.0, 0.0), PointRole::GIVEN});
+    figure.Add(FigurePoint{"B", At(10.0, 10.0), PointRole::GIVEN});
+    // At 1:100 the stroke lies 1.5 mm above and 3.5 mm to the right of A, where its name would be.
+    figure.Add(FigureTick{At(0.15, 0.35), 0.0, ""});
+    EXPECT_EQ(figure.Scale(), "1:100");
+    const std::string document = figure.Finish();
+    const std::vector<std::vector<SheetPoint>> strokes = MapLines(document);
+    ASSERT_EQ(strokes.size(), 1U);
+    const std::vector<Element> names = MapTexts(document);
+    ASSERT_EQ(names.size(), 2U);
+    for (const Element& name : names)
+    {
+        EXPECT_FALSE(svg::Overlap(svg::Covered(name), strokes[0])) << name.line;
+    }
+}
+
 TEST(FigureSvg, CountsNamesWithoutRoom)
 {
     FigureSvg figure;
     figure.Begin(Plan());
     for (int i = 0; i < 500; ++i)
     {
-        figure.Add(FigurePoint{"a very long name of point " + std::to_string(i), At(i % 25, i / 25), PointRole::GIVEN});
+        const int row = i / 25;
+        figure.Add(FigurePoint{"a very long name of point " + std::to_string(i), At(i % 25, row), PointRole::GIVEN});
     }
     const std::string document = figure.Finish();
     const size_t named = MapTexts(document).size();

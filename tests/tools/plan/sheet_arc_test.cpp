@@ -88,8 +88,9 @@ TEST(SheetArc, ShowsNothingOfACircleThatPassesAround)
 
 TEST(SheetArc, StaysInItsBoxHoweverLargeItsRadius)
 {
-    for (double radius = 1e3; radius <= 1e14; radius *= 10.0)
+    for (int power = 3; power <= 14; ++power)
     {
+        const double radius = std::pow(10.0, power);
         const auto runs = VisibleChords({{50.0, 25.0 + radius}, radius, 1.0, 2.0 * PI}, FRAME, 0.01);
         for (const auto& run : runs)
         {
@@ -101,7 +102,7 @@ TEST(SheetArc, StaysInItsBoxHoweverLargeItsRadius)
                 EXPECT_LE(point.y, FRAME.bottom);
             }
         }
-        if (radius <= 1e9)
+        if (power <= 9)
         {
             ASSERT_EQ(runs.size(), 1U) << radius;
             EXPECT_NEAR(std::fabs(runs[0].back().x - runs[0].front().x), 100.0, 1e-3) << radius;

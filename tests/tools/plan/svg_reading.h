@@ -30,8 +30,12 @@ struct Element
     {
         const std::string start = " " + name + "=\"";
         const size_t at = line.find(start);
+        if (at == std::string::npos)
+        {
+            return "";
+        }
         const size_t from = at + start.size();
-        return at == std::string::npos ? "" : line.substr(from, line.find('"', from) - from);
+        return line.substr(from, line.find('"', from) - from);
     }
 
     [[nodiscard]] double Number(const std::string& name) const
@@ -105,12 +109,12 @@ inline Corners Covered(const Element& text)
 
 /** True when a line can be drawn between two convex figures: along the edge of one of them. */
 template <typename One, typename Other>
-bool HasLineBetween(const One& one, const Other& other)
+bool HasLineBetween(const One& figure, const Other& neighbour)
 {
-    for (size_t i = 0; i < one.size(); ++i)
+    for (size_t i = 0; i < figure.size(); ++i)
     {
-        const qstd::SheetPoint from = one[i];
-        const qstd::SheetPoint to = one[(i + 1) % one.size()];
+        const qstd::SheetPoint from = figure[i];
+        const qstd::SheetPoint to = figure[(i + 1) % figure.size()];
         const qstd::SheetPoint across = {to.y - from.y, from.x - to.x};
         if (across.x == 0.0 && across.y == 0.0)
         {
@@ -127,8 +131,8 @@ bool HasLineBetween(const One& one, const Other& other)
             }
             return std::make_pair(low, high);
         };
-        const auto [low, high] = reach(one);
-        const auto [otherLow, otherHigh] = reach(other);
+        const auto [low, high] = reach(figure);
+        const auto [otherLow, otherHigh] = reach(neighbour);
         if (otherLow >= high || otherHigh <= low)
         {
             return true;

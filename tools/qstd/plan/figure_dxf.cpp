@@ -22,7 +22,7 @@ constexpr char32_t REPLACEMENT = 0xFFFD;
 struct Layer
 {
     std::string_view name;
-    int colour; // as drawing programs number them: 1 red, 2 yellow, 3 green, 4 cyan, 5 blue, 6 magenta, 7 black or white
+    int colour; // 1 red, 2 yellow, 3 green, 4 cyan, 5 blue, 6 magenta, 7 black or white, 8 grey
     std::string_view lineType;
 };
 

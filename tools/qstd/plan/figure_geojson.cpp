@@ -56,7 +56,7 @@ std::string Feature(std::string_view type, ordered_json coordinates, ordered_jso
 ordered_json Vertices(const FigureArc& arc)
 {
     // A chord that spans the angle a leaves its arc by r (1 - cos(a / 2)) = 2 r sin(a / 4) squared.
-    const double sweep = AzimuthAt(arc, 1.0) - AzimuthAt(arc, 0.0);
+    const double sweep = SweepOf(arc);
     const double step = 4.0 * std::asin(std::min(std::sqrt(SAGITTA / 2.0 / arc.radius), 1.0));
     const double chords = std::ceil(std::fabs(sweep) / std::min(step, WIDEST_CHORD));
     const int count = static_cast<int>(std::clamp(chords, 1.0, static_cast<double>(MOST_CHORDS)));

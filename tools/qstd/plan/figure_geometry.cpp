@@ -44,10 +44,14 @@ bool IsFullTurn(double sweep)
     return std::fabs(sweep) >= FULL_TURN - TURN_TOLERANCE;
 }
 
+double SweepOf(const FigureArc& arc)
+{
+    return IsFullTurn(arc.sweep) ? std::copysign(FULL_TURN, arc.sweep) : arc.sweep;
+}
+
 double AzimuthAt(const FigureArc& arc, double fraction)
 {
-    const double sweep = IsFullTurn(arc.sweep) ? std::copysign(FULL_TURN, arc.sweep) : arc.sweep;
-    return std::fmod(arc.start, FULL_TURN) + sweep * fraction;
+    return std::fmod(arc.start, FULL_TURN) + SweepOf(arc) * fraction;
 }
 
 FigurePlace PlaceOnCircle(const FigureArc& arc, double azimuth)

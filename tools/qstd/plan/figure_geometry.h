@@ -21,6 +21,9 @@ bool IsDrawable(const FigureTick& tick);
 /** A full circle, also when its sweep lacks no more than rounding. */
 bool IsFullTurn(double sweep);
 
+/** The sweep of an arc, no more than a full turn to either side. */
+double SweepOf(const FigureArc& arc);
+
 /** The azimuth of a point of an arc, from 0 at its start to 1 at its end. */
 double AzimuthAt(const FigureArc& arc, double fraction);
 

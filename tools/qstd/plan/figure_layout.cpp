@@ -99,7 +99,7 @@ public:
     {
         // Turned by the azimuth of the view, the arc's way up is the way to the right.
         const double start = AzimuthAt(arc, 0.0) - (isElevation ? azimuth : 0.0);
-        const SheetBox box = BoundingBox({{0.0, 0.0}, arc.radius, start, AzimuthAt(arc, 1.0) - AzimuthAt(arc, 0.0)});
+        const SheetBox box = BoundingBox({{0.0, 0.0}, arc.radius, start, SweepOf(arc)});
         if (isElevation)
         {
             return {centre.up, centre.up, centre.right - box.bottom, centre.right - box.top};
@@ -277,8 +277,7 @@ private:
             PlaceArcFromSide(arc, centre);
             return;
         }
-        LaidArc laid = {{Place(centre), layout.sheet.OnSheet(arc.radius), AzimuthAt(arc, 0.0),
-                         AzimuthAt(arc, 1.0) - AzimuthAt(arc, 0.0)},
+        LaidArc laid = {{Place(centre), layout.sheet.OnSheet(arc.radius), AzimuthAt(arc, 0.0), SweepOf(arc)},
                         true,
                         {},
                         arc.role,

@@ -71,8 +71,8 @@ struct FigureLayout
 };
 
 /**
- * Lays a figure out. The sheet shows all points, lines and ticks, and all arcs but those whose bounding box is more than
- * 20 times the extent of all else: of them it shows what passes through.
+ * Lays a figure out. The sheet shows all points, lines and ticks, and all arcs but those whose bounding box is more
+ * than 20 times the extent of all else: of them it shows what passes through.
  *
  * @param panelHeight that the legend needs on an upright sheet, millimetres
  */

@@ -20,8 +20,8 @@ constexpr size_t MOST_FIGURE_PARTS = 2000;
 /**
  * Keeps a figure until it is complete, then draws it: scale, grid and legend, names where nothing is covered.
  *
- * At most MOST_FIGURE_PARTS points, lines, arcs and ticks are kept. When one more comes, IsFull becomes true and the plan
- * would not be that of the figure: the caller should refuse to write it.
+ * At most MOST_FIGURE_PARTS points, lines, arcs and ticks are kept. When one more comes, IsFull becomes true and the
+ * plan would not be that of the figure: the caller should refuse to write it.
  */
 class FigureSvg : public FigureWriter
 {

@@ -86,11 +86,11 @@ bool Crosses(const SheetLine& line, const TurnedBox& box)
                    SheetBox{-box.width / 2.0, -box.height / 2.0, box.width / 2.0, box.height / 2.0});
 }
 
-/** True when an edge of `box`, made longer without end, has all of `other` beyond it. */
-bool HasEdgeBetween(const TurnedBox& box, const TurnedBox& other)
+/** True when an edge of `box`, made longer without end, has all of `neighbour` beyond it. */
+bool HasEdgeBetween(const TurnedBox& box, const TurnedBox& neighbour)
 {
     SheetBox seen = {HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
-    for (const SheetPoint& corner : other.Corners())
+    for (const SheetPoint& corner : neighbour.Corners())
     {
         const SheetPoint place = SeenFrom(box, corner);
         seen = {std::min(seen.left, place.x), std::min(seen.top, place.y), std::max(seen.right, place.x),
