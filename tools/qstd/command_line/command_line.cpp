@@ -1,8 +1,11 @@
 #include "command_line/command_line.h"
 
+#include "command_line/help.h"
+#include "command_line/program_text.h"
+#include "command_line/usage.h"
 #include "command_line/verbs.h"
+#include "command_line/wrong_use.h"
 #include "text/outcome.h"
-#include "text/text.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -13,40 +16,26 @@ namespace qstd {
 
 namespace {
 
-constexpr size_t MOST_PROPOSALS = 3;
 constexpr int MOST_DECIMALS = 9;
-
-const char* const EXIT_CODES =
-    "Exit codes: 0 all done; 1 something could not be computed, the rest is there; 2 wrong use or\n"
-    "output not writable; 3 input unreadable, nothing written.";
-
-std::string HelpFooter(const VerbText& text)
-{
-    std::string footer;
-    for (const Example& example : text.examples)
-    {
-        footer += fmt::format("{}{}:\n  {}\n", footer.empty() ? "" : "\n", example.purpose, example.command);
-    }
-    return footer.empty() ? EXIT_CODES : fmt::format("{}\n{}", footer, EXIT_CODES);
-}
 
 void AddFormatOptions(CLI::App& app, OutputOptions& output)
 {
+    const InGroup group(app, OUTPUT_GROUP);
     CLI::Option* const csv = app.add_flag(
         "--csv", [&output](int64_t) { output.format = OutputFormat::CSV; }, "Print CSV");
     CLI::Option* const json = app.add_flag(
         "--json", [&output](int64_t) { output.format = OutputFormat::JSON; }, "Print JSON Lines, an object a line");
-    csv->excludes(json);
+    csv->excludes(json)->disable_flag_override();
+    json->disable_flag_override();
     app.add_option("--columns", output.columns, "Columns to print, in this order, separated by commas")
         ->delimiter(',')
         ->type_name("NAME,...")
         ->allow_extra_args(false);
-    app.add_option("--output", output.output, "Write the results to FILE, which appears complete or not at all")
-        ->type_name("FILE");
 }
 
 void AddFormOptions(CLI::App& app, OutputOptions& output)
 {
+    const InGroup group(app, OUTPUT_GROUP);
     const std::map<std::string, AngleForm> angleForms = {
         {"dms", AngleForm::DMS}, {"deg", AngleForm::DEGREES}, {"gon", AngleForm::GON}, {"rad", AngleForm::RADIANS}};
     app.add_option_function<std::string>(
@@ -66,43 +55,36 @@ void AddFormOptions(CLI::App& app, OutputOptions& output)
         ->type_name("UNIT");
 }
 
-/** The first argument, where it stands for a verb and is none. */
-std::string VerbProblem(const std::vector<std::unique_ptr<Verb>>& verbs, int count, const char* const* arguments)
+/** Writes all of a text. @return the exit code of the program */
+int Print(const std::string& text)
 {
-    if (count < 2 || arguments[1][0] == '-')
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0)
     {
-        return "";
+        return EXIT_ALL_DONE;
     }
-    const std::string name = arguments[1];
-    std::vector<std::string> names;
-    for (const std::unique_ptr<Verb>& verb : verbs)
-    {
-        if (verb->text.name == name)
-        {
-            return "";
-        }
-        names.push_back(verb->text.name);
-    }
-    std::string proposals;
-    for (const std::string& near : NearestNames(name, names, MOST_PROPOSALS))
-    {
-        proposals += (proposals.empty() ? "; did you mean " : ", ") + near;
-    }
-    return fmt::format("no verb {}{}", Quoted(name), proposals.empty() ? "; qstd --help lists them" : proposals + "?");
+    std::fputs("qstd: standard output cannot be written\n", stderr);
+    return EXIT_WRONG_USE;
+}
+
+int Refuse(const std::string& problem)
+{
+    std::fputs(fmt::format("qstd: {}\nTry qstd --help\n", problem).c_str(), stderr);
+    return EXIT_WRONG_USE;
 }
 
 } // namespace
 
-CommandLine::CommandLine() : app(std::make_unique<CLI::App>("Surveying calculations", "qstd"))
+CommandLine::CommandLine() : app(std::make_unique<CLI::App>(PROGRAM_SUMMARY, "qstd"))
 {
-    app->set_version_flag("--version", "qstd " QSTD_VERSION);
+    app->set_help_flag("-h,--help", "Show this help");
+    app->set_version_flag("--version", "qstd " QSTD_VERSION, "Show the version");
     app->require_subcommand(1);
-    app->footer("qstd VERB --help tells all about a verb.");
     AddCogoVerbs(*this);
     AddMeasureVerbs(*this);
     AddReferenceVerbs(*this);
     AddStationVerbs(*this);
     AddGeneralVerbs(*this);
+    AddReplayVerb(*this);
 }
 
 CommandLine::~CommandLine() = default;
@@ -117,7 +99,28 @@ const std::vector<std::unique_ptr<Verb>>& CommandLine::Verbs() const
     return verbs;
 }
 
+Verb* CommandLine::FindVerb(const std::string& name) const
+{
+    for (const std::unique_ptr<Verb>& verb : verbs)
+    {
+        if (verb->text.name == name)
+        {
+            return verb.get();
+        }
+    }
+    return nullptr;
+}
+
 Verb& CommandLine::AddVerb(VerbText text)
+{
+    Verb& verb = AddBareVerb(std::move(text));
+    AddFormatOptions(*verb.app, verb.common->output);
+    AddOutputOption(verb);
+    AddFormOptions(*verb.app, verb.common->output);
+    return verb;
+}
+
+Verb& CommandLine::AddBareVerb(VerbText text)
 {
     verbs.push_back(std::make_unique<Verb>());
     Verb& verb = *verbs.back();
@@ -125,36 +128,56 @@ Verb& CommandLine::AddVerb(VerbText text)
     verb.common = std::make_shared<CommonOptions>();
     verb.app = app->add_subcommand(verb.text.name, verb.text.summary);
     verb.app->group(verb.text.group);
-    verb.app->footer(HelpFooter(verb.text));
-    AddFormatOptions(*verb.app, verb.common->output);
-    AddFormOptions(*verb.app, verb.common->output);
     return verb;
 }
 
 int CommandLine::Run(int count, const char* const* arguments)
 {
-    const std::string problem = VerbProblem(verbs, count, arguments);
-    if (!problem.empty())
+    const std::string word = count < 2 ? "" : arguments[1];
+    if (count > 1 && arguments[1][0] != '-')
     {
-        std::fputs(fmt::format("qstd: {}\n", problem).c_str(), stderr);
-        return EXIT_WRONG_USE;
+        const std::string problem = VerbProblem(*this, word);
+        if (!problem.empty())
+        {
+            return Refuse(problem);
+        }
     }
+    return word == "help" ? Help(count, arguments) : RunVerb(count, arguments);
+}
+
+/** qstd help [VERB] */
+int CommandLine::Help(int count, const char* const* arguments) const
+{
+    const std::string word = count < 3 ? "" : arguments[2];
+    if (word.empty() || word == "help" || word[0] == '-')
+    {
+        return Print(ProgramHelp(*this));
+    }
+    const Verb* const verb = FindVerb(word);
+    return verb == nullptr ? Refuse(VerbProblem(*this, word)) : Print(VerbHelp(*verb));
+}
+
+int CommandLine::RunVerb(int count, const char* const* arguments)
+{
     try
     {
         app->parse(count, arguments);
     }
+    catch (const CLI::CallForHelp&)
+    {
+        const std::vector<CLI::App*> parsed = app->get_subcommands();
+        return Print(parsed.empty() ? ProgramHelp(*this) : VerbHelp(*FindVerb(parsed.front()->get_name())));
+    }
+    catch (const CLI::CallForVersion& version)
+    {
+        return Print(std::string(version.what()) + "\n");
+    }
     catch (const CLI::ParseError& error)
     {
-        return app->exit(error) == 0 ? EXIT_ALL_DONE : EXIT_WRONG_USE;
+        std::fputs(ParseProblem(*this, error).c_str(), stderr);
+        return EXIT_WRONG_USE;
     }
-    for (const std::unique_ptr<Verb>& verb : verbs)
-    {
-        if (verb->app->parsed())
-        {
-            return verb->run();
-        }
-    }
-    return EXIT_WRONG_USE;
+    return FindVerb(app->get_subcommands().front()->get_name())->run();
 }
 
 } // namespace qstd

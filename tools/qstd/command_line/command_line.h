@@ -51,6 +51,12 @@ public:
     /** Adds a verb with the options of its output. The reference stays valid. */
     Verb& AddVerb(VerbText text);
 
+    /** Adds a verb without options. */
+    Verb& AddBareVerb(VerbText text);
+
+    /** Null where no verb has that name. */
+    [[nodiscard]] Verb* FindVerb(const std::string& name) const;
+
     /** Runs the command. @return the exit code of the program */
     int Run(int count, const char* const* arguments);
 
@@ -58,12 +64,18 @@ public:
     [[nodiscard]] const std::vector<std::unique_ptr<Verb>>& Verbs() const;
 
 private:
+    [[nodiscard]] int Help(int count, const char* const* arguments) const;
+    int RunVerb(int count, const char* const* arguments);
+
     std::unique_ptr<CLI::App> app;
     std::vector<std::unique_ptr<Verb>> verbs;
 };
 
 /** --points, the table that names stand for. */
 void AddPointsOption(Verb& verb);
+
+/** --output, the file that results go to. */
+void AddOutputOption(Verb& verb);
 
 /** --svg, --dxf, --geojson. */
 void AddFigureOptions(Verb& verb);
@@ -77,8 +89,11 @@ void AddCorrectionOptions(Verb& verb);
 /** --station, --orientation, --instrument-height, --face-two: an instrument that stands somewhere. */
 void AddStandingOptions(Verb& verb);
 
-/** Makes a computation what the verb runs. It is called twice, see Sink. */
+/** Makes a computation what the verb runs. It is called twice, see Sink, and a third time where figures are wanted. */
 void SetComputation(Verb& verb, std::function<void(Inputs&, Sink&)> compute);
+
+/** What is wrong with the files that a verb is to write: two of one name, or one that it reads. Empty when nothing is. */
+std::string OutputProblem(const Verb& verb);
 
 } // namespace qstd
 

@@ -1,12 +1,155 @@
 #include "command_line/verbs.h"
+#include "verbs/arc.h"
+#include "verbs/line.h"
+#include "verbs/plane.h"
 
 #include <CLI/CLI.hpp>
 
 namespace qstd {
 
+namespace {
+
+const char* const GROUP = "Reference line, arc and plane";
+
+void AddStakeOptions(Verb& verb, StakeOptions& stakes)
+{
+    verb.app->add_option("TABLE", stakes.table, "Points to stake out: id n e [h]; - is standard input")
+        ->type_name("FILE");
+    verb.app->add_option("--point", stakes.points, "A point to stake out; may be given several times")
+        ->type_name("POINT")
+        ->allow_extra_args(false);
+    verb.app->add_option("--chainage", stakes.chainage, "Station of the start, which all stations count on from")
+        ->type_name("LENGTH");
+}
+
+void AddLine(CommandLine& commandLine)
+{
+    Verb& verb = commandLine.AddVerb(
+        {"line",
+         GROUP,
+         "Stake-out list along a line: station, offset, height difference, foot",
+         "The line runs from A towards B. For each point of a table: how far along the line it lies, how far to its "
+         "side (positive to the right), how far above the grade from A to B, and the foot of its perpendicular. "
+         "Stations and grade go on beyond both ends; where only A or B has a height, the grade is level there.\n\n"
+         "The table is read row by row, however long it is.",
+         {{"Two points along a line that rises by 2 m",
+           "printf 'id,n,e,h\\n1,10,13,50.5\\n2,28,36,\\n' | qstd line 0,0,50 30,40,52 -", "EX1"},
+          {"One point, stations counting from 1200", "qstd line 0,0 30,40 --point 10,13 --chainage 1200", "EX2"}}});
+    const auto options = std::make_shared<LineOptions>();
+    verb.app->add_option("A", options->first, "Start of the line")->required()->type_name("POINT");
+    verb.app->add_option("B", options->second, "A further point of the line")->required()->type_name("POINT");
+    AddStakeOptions(verb, options->stakes);
+    AddPointsOption(verb);
+    AddFigureOptions(verb);
+    SetComputation(verb, [options](Inputs& inputs, Sink& sink) { RunLine(*options, inputs, sink); });
+}
+
+void AddArcDefinition(CLI::App& app, ArcOptions& options)
+{
+    app.add_option("--from", options.from, "Start of the arc")->required()->type_name("POINT");
+    app.add_option("--to", options.to, "End of the arc")->type_name("POINT");
+    app.add_option("--via", options.via, "Where the two tangents meet; with --to")->type_name("POINT");
+    app.add_option("--tangent", options.tangent, "Azimuth in which the arc starts")->type_name("ANGLE");
+    app.add_option("--end-tangent", options.endTangent, "Azimuth in which the arc ends")->type_name("ANGLE");
+    app.add_option("--radius", options.radius, "Radius, positive to turn right, negative to turn left")
+        ->type_name("LENGTH");
+    app.add_option("--deflection", options.deflection, "Angle between the tangents; with --radius")->type_name("ANGLE");
+    app.add_option("--length", options.length, "Length of the arc; with --radius")->type_name("LENGTH");
+}
+
+void AddArc(CommandLine& commandLine)
+{
+    Verb& verb = commandLine.AddVerb(
+        {"arc",
+         GROUP,
+         "Parameters of a circular arc, and the stake-out list along it",
+         "The arc is given in one of three ways: by both ends, --from and --to, with the point where the tangents meet "
+         "(--via) or the azimuths of the tangents (--tangent, --end-tangent); by --from, --tangent, --radius and the "
+         "angle that it turns (--deflection, or --end-tangent); or by --from, --tangent, --radius and --length.\n\n"
+         "Without points its parameters and main points are shown. With a table of points, or --point: for each one "
+         "how far along the arc it lies, how far to its side (positive to the right) and how far above the design "
+         "height. Before the start and beyond the end that is measured on the tangents.\n\n"
+         "The design height is that of the start all along; with --to it runs to the height of the end, where the arc "
+         "ends within 0.05 of it.",
+         {{"An arc of radius 100 to the right that turns by 60 degrees",
+           "qstd arc --from 1000,2000 --tangent 30d --radius 100 --deflection 60d", "EX3"},
+          {"Stake out points along an arc between two points whose tangents meet in a third",
+           "printf 'id n e h\\n1 103.5 215.0 50.2\\n2 120 170 50\\n' | qstd arc --from 100,200,50 --via 100,250 "
+           "--to 150,250,51 -",
+           "EX4"},
+          {"An arc to the left, 40 long",
+           "qstd arc --from 0,0 --tangent 0-00-00 --radius -50 --length 40 --point 30,-12", "EX5"}}});
+    const auto options = std::make_shared<ArcOptions>();
+    AddStakeOptions(verb, options->stakes);
+    AddArcDefinition(*verb.app, *options);
+    AddPointsOption(verb);
+    AddAzimuthOption(verb);
+    AddFigureOptions(verb);
+    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
+        options->instrument = common->instrument;
+        RunArc(*options, inputs, sink);
+    });
+}
+
+void AddPlane(CommandLine& commandLine)
+{
+    Verb& verb = commandLine.AddVerb(
+        {"plane",
+         GROUP,
+         "Points of a plane sighted by angles alone",
+         "Two points define the vertical plane through them, such as a wall: each sight gives the point of the plane "
+         "that it meets, its distance along the wall from A and its height above A. Three points, or two with "
+         "--inclined, define a plane in space, such as a roof: the distance counts along the line from A to B, and "
+         "the offset across it within the plane. The instrument stands on --station; readings are horizontal circle "
+         "and zenith angle, in either face.\n\n"
+         "Where a slope distance was measured, too, the list says how far behind the plane the sighted point lies.",
+         {{"A point on a wall",
+           "qstd plane 10,0,100 10,20,100 --station 0,5,100 --instrument-height 1.5 "
+           "--sight 0d,80d",
+           "EX6"},
+          {"Sights onto a roof",
+           "printf 'target hz v\\nchimney 10d 75d\\nridge 350d 70d\\n' | qstd plane 20,0,5 20,10,5 25,5,9 "
+           "--station 0,5,1.6 --sights -",
+           "EX7"}}});
+    const auto options = std::make_shared<PlaneOptions>();
+    InstrumentOptions& instrument = verb.common->instrument;
+    verb.app->add_option("A", options->first, "First point of the plane")->required()->type_name("POINT");
+    verb.app->add_option("B", options->second, "Second point of the plane")->required()->type_name("POINT");
+    verb.app->add_option("C", options->third, "Third point of the plane")->type_name("POINT");
+    verb.app->add_flag("--inclined", options->isInclined,
+                       "Two points: count along and across the line between them as it slopes");
+    verb.app
+        ->add_option("--sights", options->sightsTable,
+                     "Table of sights: target hz v [sd], of one station or with its name in a column station; - is "
+                     "standard input")
+        ->type_name("FILE");
+    verb.app
+        ->add_option("--sight", options->sights,
+                     "Circle and zenith reading, and slope distance where measured; "
+                     "may be given several times")
+        ->type_name("HZ,V[,SD]")
+        ->allow_extra_args(false);
+    verb.app->add_option("--station", instrument.station, "Point on which the instrument stands")->type_name("POINT");
+    verb.app->add_option("--orientation", instrument.orientation, "Azimuth of the circle's zero; 0 when not given")
+        ->type_name("ANGLE");
+    verb.app->add_option("--instrument-height", instrument.instrumentHeight, "Axis above the station; 0 when not given")
+        ->type_name("HEIGHT");
+    AddPointsOption(verb);
+    AddAzimuthOption(verb);
+    AddFigureOptions(verb);
+    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
+        options->instrument = common->instrument;
+        RunPlane(*options, inputs, sink);
+    });
+}
+
+} // namespace
+
 void AddReferenceVerbs(CommandLine& commandLine)
 {
-    static_cast<void>(commandLine);
+    AddLine(commandLine);
+    AddArc(commandLine);
+    AddPlane(commandLine);
 }
 
 } // namespace qstd

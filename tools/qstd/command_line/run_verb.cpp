@@ -1,11 +1,13 @@
 #include "command_line/command_line.h"
-#include "output/files.h"
+#include "command_line/figure_output.h"
+#include "output/interruption.h"
 #include "output/output_stream.h"
 #include "text/outcome.h"
 
 #include <fmt/format.h>
 
 #include <cstdio>
+#include <optional>
 
 namespace qstd {
 
@@ -19,8 +21,41 @@ int Fail(const std::string& text)
     return EXIT_WRONG_USE;
 }
 
-/** The second pass: what the first one measured is written. */
-int Write(const Computation& compute, Inputs& inputs, Sink& sink)
+/** What the first pass measured is looked at as a figure. @return empty, or what went wrong */
+std::string Preview(const Computation& compute, Inputs& inputs, const OutputOptions& options, const std::string& verb,
+                    FigureOutput& figures)
+{
+    // The results of this pass go into a file that never gets its name. As text that was not measured they are empty
+    // lines, so that there is little of it.
+    OutputStream nowhere;
+    const std::string problem = nowhere.Open(figures.AnyPath());
+    if (!problem.empty())
+    {
+        return problem;
+    }
+    OutputOptions quiet = options;
+    quiet.format = OutputFormat::TEXT;
+    Sink sink(quiet, verb);
+    sink.StartWriting(nowhere, &figures);
+    compute(inputs, sink);
+    return figures.StartWriting();
+}
+
+/** Completes what was written. @return empty, or what went wrong */
+std::string CommitAll(const std::string& output, OutputStream& stream, FigureOutput& figures)
+{
+    std::optional<SignalsHeld> held;
+    held.emplace(); // not some of the files only
+    const std::string problem = figures.IsWanted() ? figures.Commit() : "";
+    if (output == "-")
+    {
+        held.reset(); // writing may wait for a reader
+    }
+    return problem.empty() ? stream.Commit() : problem;
+}
+
+/** The last pass: what the first one measured is written. */
+int Write(const Computation& compute, Inputs& inputs, Sink& sink, FigureOutput& figures)
 {
     OutputStream stream;
     std::string problem = stream.Open(sink.Options().output);
@@ -28,9 +63,13 @@ int Write(const Computation& compute, Inputs& inputs, Sink& sink)
     {
         return Fail(problem);
     }
-    sink.StartWriting(stream, nullptr);
+    sink.StartWriting(stream, figures.IsWanted() ? &figures : nullptr);
     compute(inputs, sink);
-    problem = stream.Commit();
+    if (figures.IsWanted())
+    {
+        figures.Tell(sink);
+    }
+    problem = CommitAll(sink.Options().output, stream, figures);
     if (!problem.empty())
     {
         return Fail(problem);
@@ -39,7 +78,7 @@ int Write(const Computation& compute, Inputs& inputs, Sink& sink)
     return sink.HasFailures() ? EXIT_NOT_COMPUTED : EXIT_ALL_DONE;
 }
 
-int Compute(const Computation& compute, Messages& messages, Inputs& inputs, Sink& sink)
+int Compute(const Computation& compute, Messages& messages, Inputs& inputs, Sink& sink, const std::string& verb)
 {
     compute(inputs, sink);
     std::fputs(messages.Text().c_str(), stderr);
@@ -48,7 +87,16 @@ int Compute(const Computation& compute, Messages& messages, Inputs& inputs, Sink
         return EXIT_UNREADABLE;
     }
     messages.Close();
-    return Write(compute, inputs, sink);
+    FigureOutput figures(sink.Options());
+    if (figures.IsWanted())
+    {
+        const std::string problem = Preview(compute, inputs, sink.Options(), verb, figures);
+        if (!problem.empty())
+        {
+            return Fail(problem);
+        }
+    }
+    return Write(compute, inputs, sink, figures);
 }
 
 } // namespace
@@ -57,12 +105,17 @@ void SetComputation(Verb& verb, Computation compute)
 {
     verb.run = [&verb, compute = std::move(compute)]() {
         const CommonOptions& common = *verb.common;
+        const std::string pathProblem = OutputProblem(verb);
+        if (!pathProblem.empty())
+        {
+            return Fail(fmt::format("{}: {}", verb.text.name, pathProblem));
+        }
         Messages messages;
         Inputs inputs(common.points, common.output.angle, messages);
         Sink sink(common.output, verb.text.name);
         try
         {
-            return Compute(compute, messages, inputs, sink);
+            return Compute(compute, messages, inputs, sink, verb.text.name);
         }
         catch (const Unreadable&)
         {

@@ -1,9 +1,12 @@
+#include "command_line/usage.h"
 #include "command_line/verbs.h"
 #include "station/station_command.h"
+#include "verbs/benchmark.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <map>
 
 namespace qstd {
 
@@ -20,33 +23,141 @@ bool Print(const std::string& text)
     return false;
 }
 
-void AddStation(CommandLine& commandLine)
+VerbText StationText()
 {
-    Verb& verb = commandLine.AddVerb(
-        {"station", "Station establishment", "Compute free stations from sights to known points", "", {}});
-    const auto options = std::make_shared<StationOptions>();
-    verb.app->add_option("NAME", options->names,
+    return {"station",
+            "Station establishment",
+            "Compute free stations from sights to known points",
+            "The instrument's position, height and orientation from a field book and a table of known points: by least "
+            "squares over all sights, or by a closed solution from as few as there must be.\n\n"
+            "--method auto takes a two-point resection for one sight each to two targets with a distance, a "
+            "three-point resection for one sight each to three targets without distances, least squares for more, and "
+            "a known line only where nothing else fits and its azimuth is given.\n\n"
+            "Warnings tell of a station near the circle through its targets (danger circle), of two targets nearly in "
+            "line, and of a station without redundancy.",
+            {{"Directions to three known points",
+              "printf 'station,target,hz\\nA,14,99-10-24\\nA,12,187-53-01\\nA,13,335-34-21\\n' > sights.csv && "
+              "printf 'id,n,e\\n14,4415.08,91164.16\\n12,1475.28,90661.58\\n13,3865.36,84862.54\\n' | "
+              "qstd station --method auto --points - --sights sights.csv",
+              ""}}};
+}
+
+void AddStationTables(Verb& verb, StationOptions& options)
+{
+    verb.app->add_option("NAME", options.names,
                          "Stations to compute; all that are not known points when none is named");
-    verb.app->add_option("--points", options->points, "Table of known points: id n e [h] [code]; - is standard input")
+    const InGroup group(*verb.app, INPUT_GROUP);
+    verb.app->add_option("--points", options.points, "Table of known points: id n e [h] [code]; - is standard input")
         ->required()
         ->type_name("FILE");
     verb.app
-        ->add_option("--sights", options->sights,
+        ->add_option("--sights", options.sights,
                      "Field book: station target hz [v] [sd | hd] [th] [ih] [use]; - is standard input")
         ->required()
         ->type_name("FILE");
+}
+
+void AddStationMethod(Verb& verb, StationOptions& options)
+{
+    const std::map<std::string, StationMethod> methods = {{"multi", StationMethod::MULTI},
+                                                          {"two-point", StationMethod::TWO_POINT},
+                                                          {"three-point", StationMethod::THREE_POINT},
+                                                          {"known-line", StationMethod::KNOWN_LINE},
+                                                          {"auto", StationMethod::AUTO}};
     verb.app
-        ->add_option("--svg", options->svg,
+        ->add_option_function<std::string>(
+            "--method", [&options, methods](const std::string& name) { options.method = methods.at(name); },
+            "multi (least squares), two-point, three-point, known-line, or auto, which chooses by what the set-up "
+            "holds; multi when not given")
+        ->check(CLI::IsMember({"multi", "two-point", "three-point", "known-line", "auto"}))
+        ->type_name("METHOD");
+    verb.app
+        ->add_option("--targets", options.targets,
+                     "Targets that may take part, separated by commas; a closed solution takes them in this order")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->type_name("NAME,...");
+    verb.app
+        ->add_option("--line-azimuth", options.lineAzimuth,
+                     "Azimuth of a known line; its second point need not be known then")
+        ->type_name("ANGLE");
+    verb.app->add_flag("--leave-one-out", options.isLeaveOneOut,
+                       "Repeat the adjustment without each sight, and show which one helps most");
+}
+
+void AddStationFiles(Verb& verb, OutputOptions& output)
+{
+    const InGroup group(*verb.app, FIGURE_GROUP);
+    verb.app
+        ->add_option("--svg", output.svg,
                      "Draw a plan into FILE; with several set-ups, one file each, named FILE-STATION")
         ->type_name("FILE");
+    verb.app->add_option("--dxf", output.dxf, "Write station, targets and sights as DXF, files named as with --svg")
+        ->type_name("FILE");
+    verb.app->add_option("--geojson", output.geoJson, "Write them as GeoJSON in site coordinates")->type_name("FILE");
+}
+
+void AddStation(CommandLine& commandLine)
+{
+    Verb& verb = commandLine.AddVerb(StationText());
+    const auto options = std::make_shared<StationOptions>();
+    AddStationTables(verb, *options);
+    AddStationMethod(verb, *options);
+    AddStationFiles(verb, verb.common->output);
+    AddCorrectionOptions(verb);
     verb.run = [options, common = verb.common]() {
-        options->format = common->output.format;
-        options->angle = common->output.angle;
-        options->decimals = common->output.decimals;
+        options->output = common->output;
+        options->instrument = common->instrument;
         const CommandResult result = RunStation(*options);
         std::fputs(result.messages.c_str(), stderr);
         return Print(result.output) ? result.exitCode : int{EXIT_WRONG_USE};
     };
+}
+
+VerbText BenchmarkText()
+{
+    return {"benchmark",
+            "Station establishment",
+            "Height of the instrument from a point of known height",
+            "From a benchmark that was sighted with a distance: benchmark height plus reflector height less the height "
+            "difference to the reflector.\n\n"
+            "Without a distance, from the zenith angle alone: the plan distance comes from the coordinates of station "
+            "and benchmark and is reduced by --scale, --sea-level and --refraction, which apply here only.\n\n"
+            "With --sights, from each sight of a field book to a point of known height, with the mean of each set-up.",
+            {{"A level sight of 1 km, corrected for curvature and refraction",
+              "qstd benchmark 0,1000,100 90d --station 0,0 --refraction 0", ""},
+             {"From the slope distance to a benchmark, in feet",
+              "qstd benchmark 756.31 85-35-50 145.25 --target-height 5.64 --instrument-height 5.41 --unit ft", ""}}};
+}
+
+void AddBenchmark(CommandLine& commandLine)
+{
+    Verb& verb = commandLine.AddVerb(BenchmarkText());
+    const auto options = std::make_shared<BenchmarkOptions>();
+    verb.app->add_option("BENCHMARK", options->benchmark, "The benchmark, or its height")->type_name("POINT|HEIGHT");
+    verb.app->add_option("ZENITH", options->zenith, "Zenith angle to it, of either face")->type_name("ANGLE");
+    verb.app->add_option("DISTANCE", options->distance, "Slope distance to it; none: by zenith angle alone")
+        ->type_name("LENGTH");
+    verb.app->add_flag("--horizontal", options->isHorizontal, "DISTANCE is a horizontal distance");
+    verb.app->add_option("--target-height", options->targetHeight, "Reflector above the benchmark; 0 when not given")
+        ->type_name("HEIGHT");
+    verb.app
+        ->add_option("--instrument-height", options->instrumentHeight, "Axis above the ground mark; for the mark's height")
+        ->type_name("HEIGHT");
+    AddPointsOption(verb);
+    verb.app
+        ->add_option("--sights", options->sights,
+                     "Field book in place of a single sight: station target hz [v] [sd | hd] [th] [ih] [use]")
+        ->type_name("FILE");
+    verb.app
+        ->add_option("--station", verb.common->instrument.station,
+                     "Where the instrument stands, for a height by zenith angle alone")
+        ->type_name("POINT");
+    AddCorrectionOptions(verb);
+    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
+        options->instrument = common->instrument;
+        RunBenchmark(*options, inputs, sink);
+    });
 }
 
 } // namespace
@@ -54,6 +165,7 @@ void AddStation(CommandLine& commandLine)
 void AddStationVerbs(CommandLine& commandLine)
 {
     AddStation(commandLine);
+    AddBenchmark(commandLine);
 }
 
 } // namespace qstd

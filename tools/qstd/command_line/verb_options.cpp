@@ -1,4 +1,5 @@
 #include "command_line/command_line.h"
+#include "command_line/usage.h"
 
 #include <CLI/CLI.hpp>
 
@@ -6,14 +7,25 @@ namespace qstd {
 
 void AddPointsOption(Verb& verb)
 {
+    const InGroup group(*verb.app, INPUT_GROUP);
     verb.app
         ->add_option("--points", verb.common->points,
                      "Table of points that names stand for: id n e [h] [code]; - is standard input")
         ->type_name("FILE");
 }
 
+void AddOutputOption(Verb& verb)
+{
+    const InGroup group(*verb.app, OUTPUT_GROUP);
+    verb.app
+        ->add_option("--output", verb.common->output.output,
+                     "Write the results to FILE, which appears complete or not at all")
+        ->type_name("FILE");
+}
+
 void AddFigureOptions(Verb& verb)
 {
+    const InGroup group(*verb.app, FIGURE_GROUP);
     OutputOptions& output = verb.common->output;
     verb.app->add_option("--svg", output.svg, "Draw a plan to scale on A4 into FILE")->type_name("FILE");
     verb.app->add_option("--dxf", output.dxf, "Write points and figures in site coordinates as DXF")->type_name("FILE");
@@ -23,12 +35,14 @@ void AddFigureOptions(Verb& verb)
 
 void AddAzimuthOption(Verb& verb)
 {
+    const InGroup group(*verb.app, INSTRUMENT_GROUP);
     verb.app->add_flag("--south-azimuth", verb.common->instrument.isSouthAzimuth,
                        "Azimuths count from south, in and out");
 }
 
 void AddCorrectionOptions(Verb& verb)
 {
+    const InGroup group(*verb.app, INSTRUMENT_GROUP);
     InstrumentOptions& instrument = verb.common->instrument;
     verb.app->add_option("--scale", instrument.scale, "Scale factor of plan distances; 1 when not given")
         ->type_name("FACTOR");
@@ -43,6 +57,7 @@ void AddCorrectionOptions(Verb& verb)
 
 void AddStandingOptions(Verb& verb)
 {
+    const InGroup group(*verb.app, INSTRUMENT_GROUP);
     InstrumentOptions& instrument = verb.common->instrument;
     verb.app->add_option("--station", instrument.station, "Point on which the instrument stands")->type_name("POINT");
     verb.app->add_option("--orientation", instrument.orientation, "Azimuth of the circle's zero; 0 when not given")

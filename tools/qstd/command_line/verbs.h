@@ -14,6 +14,7 @@ void AddMeasureVerbs(CommandLine& commandLine);
 void AddReferenceVerbs(CommandLine& commandLine);
 void AddStationVerbs(CommandLine& commandLine);
 void AddGeneralVerbs(CommandLine& commandLine);
+void AddReplayVerb(CommandLine& commandLine);
 
 } // namespace qstd
 

@@ -79,7 +79,7 @@ std::optional<NormalMatrix> Inverse(const NormalMatrix& normal)
     return inverse;
 }
 
-void AddSight(NormalMatrix& normal, const PreparedSight& sight, const PointRecord& station)
+void AddSight(NormalMatrix& normal, const PreparedSight& sight, const PointRecord& station, LinearUnit unit)
 {
     const double dN = sight.target->point.northing - station.northing;
     const double dE = sight.target->point.easting - station.easting;
@@ -89,42 +89,61 @@ void AddSight(NormalMatrix& normal, const PreparedSight& sight, const PointRecor
     if (sight.horizontalDistance)
     {
         const double proportional = DISTANCE_PROPORTION * *sight.horizontalDistance;
-        const double variance = DISTANCE_CONSTANT * DISTANCE_CONSTANT + proportional * proportional;
+        const double constant = FromMetres(DISTANCE_CONSTANT, unit);
+        const double variance = constant * constant + proportional * proportional;
         normal.Add({dN / distance, dE / distance, 0.0}, DIRECTION_SIGMA * DIRECTION_SIGMA / variance);
     }
 }
 
 } // namespace
 
-std::optional<ErrorEllipse> FormErrorEllipse(const std::vector<PreparedSight>& sights, const ResectStation& station)
+std::optional<PositionCofactors> FormCofactors(const std::vector<PreparedSight>& sights, const PointRecord& position,
+                                               LinearUnit unit)
 {
     NormalMatrix normal;
     for (const PreparedSight& sight : sights)
     {
         if (sight.isUsed)
         {
-            AddSight(normal, sight, station.position);
+            AddSight(normal, sight, position, unit);
         }
     }
-    const std::optional<NormalMatrix> cofactors = Inverse(normal);
+    const std::optional<NormalMatrix> inverse = Inverse(normal);
+    if (!inverse)
+    {
+        return std::nullopt;
+    }
+    const auto& q = inverse->element;
+    const double trace = q[0][0] + q[1][1];
+    // Axes of the ellipse: the eigenvalues of the 2 x 2 part, mean +- radius on Mohr's circle.
+    const double radius = std::hypot((q[0][0] - q[1][1]) / 2.0, q[0][1]);
+    const double azimuth = 0.5 * std::atan2(2.0 * q[0][1], q[0][0] - q[1][1]);
+    PositionCofactors cofactors;
+    cofactors.major = std::sqrt(trace / 2.0 + radius);
+    cofactors.minor = std::sqrt(std::fmax(trace / 2.0 - radius, 0.0));
+    cofactors.azimuth = azimuth < 0.0 ? azimuth + PI : azimuth;
+    cofactors.northing = std::sqrt(q[0][0]);
+    cofactors.easting = std::sqrt(q[1][1]);
+    cofactors.orientation = std::sqrt(q[2][2]);
+    return cofactors;
+}
+
+std::optional<ErrorEllipse> FormErrorEllipse(const std::vector<PreparedSight>& sights, const ResectStation& station,
+                                             LinearUnit unit)
+{
+    const std::optional<PositionCofactors> cofactors = FormCofactors(sights, station.position, unit);
     if (!cofactors)
     {
         return std::nullopt;
     }
-    const auto& q = cofactors->element;
-    const double trace = q[0][0] + q[1][1];
-    const double variance =
-        station.northingPrecision * station.northingPrecision + station.eastingPrecision * station.eastingPrecision;
-    const double unitVariance = variance / trace;
-    // Axes of the ellipse: the eigenvalues of the 2 x 2 part, mean +- radius on Mohr's circle.
-    const double radius = std::hypot((q[0][0] - q[1][1]) / 2.0, q[0][1]);
+    const double unitSigma = std::hypot(station.northingPrecision, station.eastingPrecision) /
+                             std::hypot(cofactors->northing, cofactors->easting);
     ErrorEllipse ellipse;
-    ellipse.major = std::sqrt(unitVariance * (trace / 2.0 + radius));
-    ellipse.minor = std::sqrt(unitVariance * std::fmax(trace / 2.0 - radius, 0.0));
-    const double azimuth = 0.5 * std::atan2(2.0 * q[0][1], q[0][0] - q[1][1]);
-    ellipse.azimuth = azimuth < 0.0 ? azimuth + PI : azimuth;
-    ellipse.orientationSigma = std::sqrt(unitVariance * q[2][2]);
-    ellipse.unitDirectionSigma = std::sqrt(unitVariance);
+    ellipse.major = unitSigma * cofactors->major;
+    ellipse.minor = unitSigma * cofactors->minor;
+    ellipse.azimuth = cofactors->azimuth;
+    ellipse.orientationSigma = unitSigma * cofactors->orientation;
+    ellipse.unitDirectionSigma = unitSigma;
     if (!std::isfinite(ellipse.major) || !std::isfinite(ellipse.minor) || !std::isfinite(ellipse.orientationSigma))
     {
         return std::nullopt;

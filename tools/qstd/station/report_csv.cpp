@@ -1,9 +1,12 @@
 #include "station/report.h"
 
+#include "station/small_length.h"
 #include "station/status_text.h"
 #include "text/text.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
 
 namespace qstd {
 
@@ -11,10 +14,14 @@ namespace {
 
 constexpr double SECONDS_PER_RADIAN = 648000.0 / 3.14159265358979323846;
 
-constexpr const char* TITLES =
-    "station,setup,status,northing,easting,height,mark_height,orientation,northing_precision,easting_precision,"
-    "height_spread,redundancy,line,target,hz,v,horizontal_distance,face,used,direction_residual_seconds,"
-    "across_residual_mm,distance_residual_mm,height_residual_mm,remark\n";
+/** A cell of the line of one sight. */
+using CellText = std::string (*)(const StationSolution&, size_t sight, const ReportStyle&);
+
+struct CsvColumn
+{
+    std::string name;
+    CellText text;
+};
 
 /** In quotes where it holds what a reader would take for structure; leading blanks would be lost elsewhere too. */
 std::string CsvText(const std::string& text)
@@ -35,54 +42,222 @@ std::string CsvText(const std::string& text)
     return quoted + "\"";
 }
 
-std::string OptionalFixed(std::optional<double> value, double factor, int decimals)
+std::string LengthCell(std::optional<double> value, const ReportStyle& style)
 {
-    return value ? FormatFixed(*value * factor, decimals) : "";
+    return value ? FormatFixed(*value, style.decimals) : "";
 }
 
-std::string StationCells(const StationSolution& solution, const ReportStyle& style)
+std::string SmallCell(std::optional<double> value, const ReportStyle& style)
 {
-    const std::string name =
-        fmt::format("{},{},{}", CsvText(solution.setUp->station), solution.setUp->number, OutcomeName(solution));
-    if (!solution.IsSolved())
+    return value ? SmallLengthFigure(*value, style.unit) : "";
+}
+
+std::string SecondsCell(std::optional<double> radians)
+{
+    return radians ? FormatFixed(*radians * SECONDS_PER_RADIAN, 1) : "";
+}
+
+std::optional<double> If(bool isThere, double value)
+{
+    return isThere ? std::optional(value) : std::nullopt;
+}
+
+// Columns of the station, the same in each of its lines.
+const std::vector<CsvColumn> STATION_COLUMNS = {
+    {"station", [](const StationSolution& s, size_t, const ReportStyle&) { return CsvText(s.setUp->station); }},
+    {"setup", [](const StationSolution& s, size_t, const ReportStyle&) { return std::to_string(s.setUp->number); }},
+    {"status", [](const StationSolution& s, size_t, const ReportStyle&) { return OutcomeName(s); }},
+    {"northing",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return LengthCell(If(s.IsSolved(), s.station.position.northing), style);
+     }},
+    {"easting",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return LengthCell(If(s.IsSolved(), s.station.position.easting), style);
+     }},
+    {"height",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return LengthCell(If(s.IsSolved() && s.HasHeight(), s.station.position.height), style);
+     }},
+    {"mark_height",
+     [](const StationSolution& s, size_t, const ReportStyle& style) { return LengthCell(s.markHeight, style); }},
+    {"orientation",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return s.IsSolved() ? FormatAngle(s.station.orientation, style.angles) : "";
+     }},
+    {"northing_precision",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return LengthCell(If(s.IsSolved() && s.HasPrecision(), s.station.northingPrecision), style);
+     }},
+    {"easting_precision",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return LengthCell(If(s.IsSolved() && s.HasPrecision(), s.station.eastingPrecision), style);
+     }},
+    {"height_spread",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return LengthCell(If(s.IsSolved() && s.HasHeight(), s.station.heightSpread), style);
+     }},
+    {"redundancy",
+     [](const StationSolution& s, size_t, const ReportStyle&) {
+         return s.IsSolved() ? std::to_string(s.Redundancy()) : "";
+     }},
+};
+
+// Columns of the sight. Small lengths have their symbol behind the name.
+const std::vector<CsvColumn> SIGHT_COLUMNS = {
+    {"line",
+     [](const StationSolution& s, size_t i, const ReportStyle&) { return std::to_string(s.sights[i].sight->line); }},
+    {"target",
+     [](const StationSolution& s, size_t i, const ReportStyle&) { return CsvText(s.sights[i].sight->target); }},
+    {"hz",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         return FormatAngle(s.sights[i].sight->circle, style.angles);
+     }},
+    {"v",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         const std::optional<AngleUnit>& zenith = s.sights[i].sight->zenith;
+         return zenith ? FormatAngle(*zenith, style.angles) : "";
+     }},
+    {"horizontal_distance",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         return LengthCell(s.sights[i].horizontalDistance, style);
+     }},
+    {"face",
+     [](const StationSolution& s, size_t i, const ReportStyle&) {
+         return std::string(s.sights[i].isFaceTwo ? "2" : "1");
+     }},
+    {"used",
+     [](const StationSolution& s, size_t i, const ReportStyle&) {
+         return std::string(s.sights[i].isUsed ? "1" : "0");
+     }},
+    {"direction_residual_seconds",
+     [](const StationSolution& s, size_t i, const ReportStyle&) { return SecondsCell(s.residuals[i].direction); }},
+    {"across_residual_",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         return SmallCell(s.residuals[i].across, style);
+     }},
+    {"distance_residual_",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         return SmallCell(s.residuals[i].distance, style);
+     }},
+    {"height_residual_",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         return SmallCell(s.residuals[i].height, style);
+     }},
+    {"remark", [](const StationSolution& s, size_t i, const ReportStyle&) { return CsvText(s.sights[i].remark); }},
+    {"method",
+     [](const StationSolution& s, size_t, const ReportStyle&) { return std::string(MethodName(s.method)); }},
+    {"northing_less_known_",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return SmallCell(DifferenceToKnown(s).northing, style);
+     }},
+    {"easting_less_known_",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return SmallCell(DifferenceToKnown(s).easting, style);
+     }},
+    {"height_less_known_",
+     [](const StationSolution& s, size_t, const ReportStyle& style) {
+         return SmallCell(DifferenceToKnown(s).height, style);
+     }},
+};
+
+/** What the set-up without this sight gives, where that was asked for. */
+const LeftOut* Without(const StationSolution& solution, size_t sight)
+{
+    const bool isThere = !solution.leftOut.empty() && solution.leftOut[sight] && solution.leftOut[sight]->isSolved;
+    return isThere ? &*solution.leftOut[sight] : nullptr;
+}
+
+const std::vector<CsvColumn> LEFT_OUT_COLUMNS = {
+    {"without_northing_shift_",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         const LeftOut* const without = Without(s, i);
+         return without == nullptr ? "" : SmallCell(without->northingShift, style);
+     }},
+    {"without_easting_shift_",
+     [](const StationSolution& s, size_t i, const ReportStyle& style) {
+         const LeftOut* const without = Without(s, i);
+         return without == nullptr ? "" : SmallCell(without->eastingShift, style);
+     }},
+    {"without_direction_sigma_seconds",
+     [](const StationSolution& s, size_t i, const ReportStyle&) {
+         const LeftOut* const without = Without(s, i);
+         return without == nullptr ? "" : SecondsCell(without->directionSigma);
+     }},
+    {"helps_most",
+     [](const StationSolution& s, size_t i, const ReportStyle&) {
+         return Without(s, i) == nullptr ? "" : std::string(i == s.bestLeftOut ? "1" : "0");
+     }},
+};
+
+std::vector<CsvColumn> AllColumns(const ReportStyle& style)
+{
+    std::vector<CsvColumn> all = STATION_COLUMNS;
+    all.insert(all.end(), SIGHT_COLUMNS.begin(), SIGHT_COLUMNS.end());
+    if (style.isLeaveOneOut)
     {
-        return name + ",,,,,,,,,";
+        all.insert(all.end(), LEFT_OUT_COLUMNS.begin(), LEFT_OUT_COLUMNS.end());
     }
-    const ResectStation& station = solution.station;
-    const bool hasPrecision = solution.Redundancy() > 0;
-    return fmt::format(
-        "{},{},{},{},{},{},{},{},{},{}", name, FormatFixed(station.position.northing, style.decimals),
-        FormatFixed(station.position.easting, style.decimals),
-        solution.HasHeight() ? FormatFixed(station.position.height, style.decimals) : "",
-        OptionalFixed(solution.markHeight, 1.0, style.decimals), FormatAngle(station.orientation, style.angles),
-        hasPrecision ? FormatFixed(station.northingPrecision, style.decimals) : "",
-        hasPrecision ? FormatFixed(station.eastingPrecision, style.decimals) : "",
-        solution.HasHeight() ? FormatFixed(station.heightSpread, style.decimals) : "", solution.Redundancy());
+    std::string symbol(SmallLengthSymbol(style.unit));
+    std::replace(symbol.begin(), symbol.end(), '-', '_');
+    for (CsvColumn& column : all)
+    {
+        column.name += column.name.back() == '_' ? symbol : "";
+    }
+    return all;
 }
 
-std::string SightCells(const PreparedSight& prepared, const SightResidual& residual, const ReportStyle& style)
+/** The columns asked for, in their order. */
+std::vector<CsvColumn> PickedColumns(const ReportStyle& style)
 {
-    const Sight& sight = *prepared.sight;
-    return fmt::format("{},{},{},{},{},{},{},{},{},{},{},{}", sight.line, CsvText(sight.target),
-                       FormatAngle(sight.circle, style.angles),
-                       sight.zenith ? FormatAngle(*sight.zenith, style.angles) : "",
-                       OptionalFixed(prepared.horizontalDistance, 1.0, style.decimals), prepared.isFaceTwo ? 2 : 1,
-                       prepared.isUsed ? 1 : 0, OptionalFixed(residual.direction, SECONDS_PER_RADIAN, 1),
-                       OptionalFixed(residual.across, 1000.0, 1), OptionalFixed(residual.distance, 1000.0, 1),
-                       OptionalFixed(residual.height, 1000.0, 1), CsvText(prepared.remark));
+    const std::vector<CsvColumn> all = AllColumns(style);
+    if (style.columns.empty())
+    {
+        return all;
+    }
+    std::vector<CsvColumn> picked;
+    for (const std::string& name : style.columns)
+    {
+        const auto found = std::find_if(all.begin(), all.end(),
+                                        [&name](const CsvColumn& column) { return column.name == name; });
+        if (found != all.end())
+        {
+            picked.push_back(*found);
+        }
+    }
+    return picked;
 }
 
 } // namespace
 
+std::vector<std::string> CsvColumns(const ReportStyle& style)
+{
+    std::vector<std::string> names;
+    for (const CsvColumn& column : AllColumns(style))
+    {
+        names.push_back(column.name);
+    }
+    return names;
+}
+
 std::string CsvReport(const std::vector<StationSolution>& solutions, const ReportStyle& style)
 {
-    std::string text = TITLES;
+    const std::vector<CsvColumn> columns = PickedColumns(style);
+    std::string text;
+    for (size_t i = 0; i < columns.size(); ++i)
+    {
+        text += (i == 0 ? "" : ",") + columns[i].name;
+    }
+    text += "\n";
     for (const StationSolution& solution : solutions)
     {
-        const std::string stationCells = StationCells(solution, style);
-        for (size_t i = 0; i < solution.sights.size(); ++i)
+        for (size_t sight = 0; sight < solution.sights.size(); ++sight)
         {
-            text += stationCells + "," + SightCells(solution.sights[i], solution.residuals[i], style) + "\n";
+            for (size_t i = 0; i < columns.size(); ++i)
+            {
+                text += (i == 0 ? "" : ",") + columns[i].text(solution, sight, style);
+            }
+            text += "\n";
         }
     }
     return text;

@@ -1,5 +1,6 @@
 #include "station/report.h"
 
+#include "station/station_doubts.h"
 #include "station/status_text.h"
 
 #include <nlohmann/json.hpp>
@@ -30,7 +31,7 @@ void AddOptional(Json& object, const char* name, std::optional<double> value)
 Json StationObject(const StationSolution& solution)
 {
     const ResectStation& station = solution.station;
-    const bool hasPrecision = solution.Redundancy() > 0;
+    const bool hasPrecision = solution.HasPrecision();
     const std::optional<double> nothing;
     Json object;
     object["northing"] = station.position.northing;
@@ -69,6 +70,45 @@ void AddResidual(Json& object, const SightResidual& residual)
     AddOptional(object, "height_residual", residual.height);
 }
 
+Json KnownObject(const StationSolution& solution)
+{
+    const KnownDifference difference = DifferenceToKnown(solution);
+    Json object;
+    AddOptional(object, "northing", difference.northing);
+    AddOptional(object, "easting", difference.easting);
+    AddOptional(object, "height", difference.height);
+    return object;
+}
+
+/** What a closed solution has to compare. */
+Json CheckObject(const StationSolution& solution)
+{
+    const StationDoubts& doubts = solution.doubts;
+    const std::optional<double> nothing;
+    Json object;
+    AddOptional(object, "baseline", solution.checks.baseline);
+    AddOptional(object, "line_length", solution.checks.lineLength);
+    AddOptional(object, "line_rise", solution.checks.lineRise);
+    AddOptional(object, "danger_circle_distance", doubts.circleDistance);
+    AddOptional(object, "shift_for_one_second", doubts.sensitivity ? doubts.sensitivity->perSecond : nothing);
+    return object;
+}
+
+Json LeftOutObject(const LeftOut& without, bool isBest)
+{
+    const std::optional<double> nothing;
+    Json object;
+    object["solved"] = without.isSolved;
+    AddOptional(object, "northing_shift", without.isSolved ? std::optional(without.northingShift) : nothing);
+    AddOptional(object, "easting_shift", without.isSolved ? std::optional(without.eastingShift) : nothing);
+    AddOptional(object, "northing_precision", without.northingPrecision);
+    AddOptional(object, "easting_precision", without.eastingPrecision);
+    AddOptional(object, "direction_sigma_degrees",
+                without.directionSigma ? std::optional(*without.directionSigma * DEGREES_PER_RADIAN) : nothing);
+    object["helps_most"] = isBest;
+    return object;
+}
+
 Json SightObject(const PreparedSight& prepared, const SightResidual& residual)
 {
     const Sight& sight = *prepared.sight;
@@ -88,7 +128,7 @@ Json SightObject(const PreparedSight& prepared, const SightResidual& residual)
     return object;
 }
 
-Json SetUpObject(const StationSolution& solution)
+Json SetUpObject(const StationSolution& solution, const ReportStyle& style)
 {
     Json object;
     object["format"] = "qstd/1";
@@ -97,6 +137,8 @@ Json SetUpObject(const StationSolution& solution)
     object["solved"] = solution.IsSolved();
     object["status"] = solution.status;
     object["status_name"] = OutcomeName(solution);
+    object["method"] = MethodName(solution.method);
+    object["unit"] = UnitSymbol(solution.unit);
     if (solution.IsSolved())
     {
         object["result"] = StationObject(solution);
@@ -108,6 +150,14 @@ Json SetUpObject(const StationSolution& solution)
         object["reason"] = words.reason;
         object["usual_cause"] = words.usualCause;
         object["remedy"] = words.remedy;
+    }
+    if (solution.IsSolved() && solution.known != nullptr)
+    {
+        object["computed_less_known"] = KnownObject(solution);
+    }
+    if (solution.IsSolved() && solution.method != StationMethod::MULTI)
+    {
+        object["checks"] = CheckObject(solution);
     }
     if (solution.ellipse)
     {
@@ -121,19 +171,24 @@ Json SetUpObject(const StationSolution& solution)
     for (size_t i = 0; i < solution.sights.size(); ++i)
     {
         sights.push_back(SightObject(solution.sights[i], solution.residuals[i]));
+        if (!solution.leftOut.empty() && solution.leftOut[i])
+        {
+            sights.back()["without"] = LeftOutObject(*solution.leftOut[i], i == solution.bestLeftOut);
+        }
     }
+    object["warnings"] = solution.IsSolved() ? Json(DoubtTexts(solution, style.angles, true)) : Json::array();
     object["sights"] = std::move(sights);
     return object;
 }
 
 } // namespace
 
-std::string JsonReport(const std::vector<StationSolution>& solutions)
+std::string JsonReport(const std::vector<StationSolution>& solutions, const ReportStyle& style)
 {
     std::string text;
     for (const StationSolution& solution : solutions)
     {
-        text += SetUpObject(solution).dump() + "\n";
+        text += SetUpObject(solution, style).dump() + "\n";
     }
     return text;
 }

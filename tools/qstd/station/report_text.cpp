@@ -1,5 +1,8 @@
 #include "station/report.h"
 
+#include "station/leave_one_out.h"
+#include "station/small_length.h"
+#include "station/station_doubts.h"
 #include "station/status_text.h"
 #include "text/text.h"
 #include "text/text_table.h"
@@ -18,18 +21,18 @@ constexpr double DEGREES_PER_RADIAN = 180.0 / 3.14159265358979323846;
 /** A line of the station block: a name, a figure set right, a remark. */
 std::string FigureLine(std::string_view name, std::string_view figure, std::string_view remark)
 {
-    const std::string line = fmt::format("  {:<13}{:>14}  {}", name, figure, remark);
+    const std::string line = fmt::format("  {:<13} {:>13}  {}", name, figure, remark);
     return line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
 }
 
-std::string Millimetres(double metres)
+std::string SignedLength(std::optional<double> length, LinearUnit unit)
 {
-    return FormatFixed(metres * 1000.0, 1);
+    return length ? SignedSmallLength(*length, unit) : "";
 }
 
-std::string SignedMillimetres(std::optional<double> metres)
+std::string SignedSeconds(std::optional<double> radians)
 {
-    return metres ? FormatSigned(*metres * 1000.0, 1) : "";
+    return radians ? FormatSigned(*radians * SECONDS_PER_RADIAN, 1) : "";
 }
 
 std::string Heading(const StationSolution& solution, const ReportStyle& style)
@@ -48,12 +51,26 @@ std::string Heading(const StationSolution& solution, const ReportStyle& style)
     {
         text += fmt::format("; {} reduced from face two", solution.faceTwo);
     }
-    return line + text + "\n";
+    text += "\n";
+    if (!solution.choice.empty())
+    {
+        text += fmt::format("  {}, chosen for {}\n", MethodTitle(solution.method), solution.choice);
+    }
+    else if (solution.method != StationMethod::MULTI)
+    {
+        text += fmt::format("  {}\n", MethodTitle(solution.method));
+    }
+    return line + text;
 }
 
 std::string PrecisionText(const StationSolution& solution, double precision)
 {
-    return solution.Redundancy() > 0 ? fmt::format("m  ± {} mm", Millimetres(precision)) : "m";
+    std::string text(UnitSymbol(solution.unit));
+    if (solution.HasPrecision())
+    {
+        text += "  ± " + SmallLengthText(precision, solution.unit);
+    }
+    return text;
 }
 
 std::string HeightLines(const StationSolution& solution, const ReportStyle& style)
@@ -62,15 +79,17 @@ std::string HeightLines(const StationSolution& solution, const ReportStyle& styl
     {
         return FigureLine("height", "none", "no target of known height with a zenith reading");
     }
+    const std::string_view unit = UnitSymbol(solution.unit);
     const std::string origin = fmt::format(
-        "m  instrument axis, from {} by {}{}", Counted(solution.heightTargets, "target", "targets"),
+        "{}  instrument axis, from {} by {}{}", unit, Counted(solution.heightTargets, "target", "targets"),
         solution.isHeightByDistance ? "distance" : "zenith angle",
-        solution.heightTargets > 1 ? fmt::format(", spread {} mm", Millimetres(solution.station.heightSpread)) : "");
+        solution.heightTargets > 1 ? ", spread " + SmallLengthText(solution.station.heightSpread, solution.unit) : "");
     std::string lines = FigureLine("height", FormatFixed(solution.station.position.height, style.decimals), origin);
     if (solution.markHeight)
     {
         lines += FigureLine("", FormatFixed(*solution.markHeight, style.decimals),
-                            fmt::format("m  ground mark, ih {}", FormatFixed(*solution.setUp->instrumentHeight, 3)));
+                            fmt::format("{}  ground mark, ih {}", unit,
+                                        FormatFixed(*solution.setUp->instrumentHeight, 3)));
     }
     return lines;
 }
@@ -86,47 +105,54 @@ std::string EllipseLines(const StationSolution& solution)
         return "";
     }
     const ErrorEllipse& ellipse = *solution.ellipse;
-    return FigureLine("error ellipse", fmt::format("{} x {}", Millimetres(ellipse.major), Millimetres(ellipse.minor)),
-                      fmt::format("mm  semi-axes, the longer at {} degrees; one direction ± {}\"",
+    return FigureLine("error ellipse",
+                      fmt::format("{} x {}", SmallLengthFigure(ellipse.major, solution.unit),
+                                  SmallLengthFigure(ellipse.minor, solution.unit)),
+                      fmt::format("{}  semi-axes, the longer at {} degrees; one direction ± {}\"",
+                                  SmallLengthSymbol(solution.unit),
                                   FormatFixed(ellipse.azimuth * DEGREES_PER_RADIAN, 0),
                                   FormatFixed(ellipse.unitDirectionSigma * SECONDS_PER_RADIAN, 1)));
 }
 
 std::string KnownLine(const StationSolution& solution)
 {
-    if (solution.known == nullptr)
-    {
-        return "";
-    }
-    const PointRecord& known = solution.known->point;
+    const KnownDifference difference = DifferenceToKnown(solution);
+    const std::string_view symbol = SmallLengthSymbol(solution.unit);
     std::string text;
-    if ((known.flags & POINT_HAS_PLAN) != 0)
+    if (difference.northing)
     {
-        text = fmt::format("n {} mm, e {} mm", SignedMillimetres(solution.station.position.northing - known.northing),
-                           SignedMillimetres(solution.station.position.easting - known.easting));
+        text = fmt::format("n {} {}, e {} {}", SignedLength(difference.northing, solution.unit), symbol,
+                           SignedLength(difference.easting, solution.unit), symbol);
     }
-    if ((known.flags & POINT_HAS_HEIGHT) != 0 && solution.markHeight)
+    if (difference.height)
     {
-        text +=
-            fmt::format("{}h {} mm", text.empty() ? "" : ", ", SignedMillimetres(*solution.markHeight - known.height));
+        text += fmt::format("{}h {} {}", text.empty() ? "" : ", ", SignedLength(difference.height, solution.unit),
+                            symbol);
     }
     return text.empty() ? "" : fmt::format("  computed less known point: {}\n", text);
 }
 
-std::string StationBlock(const StationSolution& solution, const ReportStyle& style)
+/** What a closed solution has to compare; an adjustment compares by its residuals. */
+std::string CheckLines(const StationSolution& solution)
 {
-    const ResectStation& station = solution.station;
-    std::string text = FigureLine("northing", FormatFixed(station.position.northing, style.decimals),
-                                  PrecisionText(solution, station.northingPrecision));
-    text += FigureLine("easting", FormatFixed(station.position.easting, style.decimals),
-                       PrecisionText(solution, station.eastingPrecision));
-    text += HeightLines(solution, style);
-    text += FigureLine(
-        "orientation", FormatAngle(station.orientation, style.angles),
-        solution.ellipse
-            ? fmt::format("   ± {}\"", FormatFixed(solution.ellipse->orientationSigma * SECONDS_PER_RADIAN, 1))
-            : "");
-    return text + EllipseLines(solution) + KnownLine(solution);
+    const auto line = [&solution](std::string_view name, std::optional<double> value, std::string_view remark) {
+        return value ? FigureLine(name, SignedLength(value, solution.unit),
+                                  fmt::format("{}  {}", SmallLengthSymbol(solution.unit), remark))
+                     : std::string();
+    };
+    std::string lines = line("baseline", solution.checks.baseline, "known less measured");
+    lines += line("line, length", solution.checks.lineLength, "measured less known");
+    lines += line("line, rise", solution.checks.lineRise, "measured less known");
+    const StationDoubts& doubts = solution.doubts;
+    if (solution.method == StationMethod::THREE_POINT && doubts.circleDistance && doubts.sensitivity &&
+        doubts.sensitivity->perSecond)
+    {
+        lines += FigureLine("danger circle", FormatFixed(*doubts.circleDistance, 3),
+                            fmt::format("{}  away; 1\" in a direction moves the station by up to {}",
+                                        UnitSymbol(solution.unit),
+                                        SmallLengthText(*doubts.sensitivity->perSecond, solution.unit)));
+    }
+    return lines;
 }
 
 /** A line with a title, broken between words where it grows long, what follows below its text. */
@@ -148,6 +174,27 @@ std::string WrappedLine(std::string_view title, std::string_view text)
     return lines + std::string(text) + "\n";
 }
 
+std::string StationBlock(const StationSolution& solution, const ReportStyle& style)
+{
+    const ResectStation& station = solution.station;
+    std::string text = FigureLine("northing", FormatFixed(station.position.northing, style.decimals),
+                                  PrecisionText(solution, station.northingPrecision));
+    text += FigureLine("easting", FormatFixed(station.position.easting, style.decimals),
+                       PrecisionText(solution, station.eastingPrecision));
+    text += HeightLines(solution, style);
+    text += FigureLine(
+        "orientation", FormatAngle(station.orientation, style.angles),
+        solution.ellipse
+            ? fmt::format("   ± {}\"", FormatFixed(solution.ellipse->orientationSigma * SECONDS_PER_RADIAN, 1))
+            : "");
+    text += CheckLines(solution) + EllipseLines(solution) + KnownLine(solution);
+    for (const std::string& warning : DoubtTexts(solution, style.angles, false))
+    {
+        text += WrappedLine("Warning:", warning);
+    }
+    return text;
+}
+
 std::string FailureBlock(const StationSolution& solution)
 {
     const StatusText words = DescribeFailure(solution);
@@ -156,7 +203,7 @@ std::string FailureBlock(const StationSolution& solution)
 }
 
 std::vector<std::string> SightRow(const PreparedSight& prepared, const SightResidual& residual,
-                                  const ReportStyle& style)
+                                  const StationSolution& solution, const ReportStyle& style)
 {
     const Sight& sight = *prepared.sight;
     return {sight.target,
@@ -164,31 +211,88 @@ std::vector<std::string> SightRow(const PreparedSight& prepared, const SightResi
             sight.zenith ? FormatAngle(*sight.zenith, style.angles) : "",
             prepared.horizontalDistance ? FormatFixed(*prepared.horizontalDistance, 3) : "",
             prepared.isUsed ? "yes" : "no",
-            residual.direction ? FormatSigned(*residual.direction * SECONDS_PER_RADIAN, 1) : "",
-            SignedMillimetres(residual.across),
-            SignedMillimetres(residual.distance),
-            SignedMillimetres(residual.height),
+            SignedSeconds(residual.direction),
+            SignedLength(residual.across, solution.unit),
+            SignedLength(residual.distance, solution.unit),
+            SignedLength(residual.height, solution.unit),
             prepared.remark};
 }
 
 std::string SightTable(const StationSolution& solution, const ReportStyle& style)
 {
+    const std::string symbol(SmallLengthSymbol(solution.unit));
     const std::vector<TextColumn> columns = {{"target", Alignment::LEFT},
                                              {"hz", Alignment::RIGHT},
                                              {"v", Alignment::RIGHT},
                                              {"hor. dist.", Alignment::RIGHT},
                                              {solution.IsSolved() ? "used" : "usable", Alignment::LEFT},
                                              {"res \"", Alignment::RIGHT},
-                                             {"across mm", Alignment::RIGHT},
-                                             {"dist mm", Alignment::RIGHT},
-                                             {"height mm", Alignment::RIGHT},
+                                             {"across " + symbol, Alignment::RIGHT},
+                                             {"dist " + symbol, Alignment::RIGHT},
+                                             {"height " + symbol, Alignment::RIGHT},
                                              {"remark", Alignment::LEFT}};
     std::vector<std::vector<std::string>> rows;
     for (size_t i = 0; i < solution.sights.size(); ++i)
     {
-        rows.push_back(SightRow(solution.sights[i], solution.residuals[i], style));
+        rows.push_back(SightRow(solution.sights[i], solution.residuals[i], solution, style));
     }
     return FormatTable(columns, rows, "  ");
+}
+
+std::vector<std::string> LeftOutRow(const LeftOut& without, const std::string& target, bool isBest, LinearUnit unit)
+{
+    const auto figure = [unit](std::optional<double> value) { return value ? SmallLengthFigure(*value, unit) : ""; };
+    if (!without.isSolved)
+    {
+        return {target, "", "", "", "", "", "not solved"};
+    }
+    return {target,
+            SignedSmallLength(without.northingShift, unit),
+            SignedSmallLength(without.eastingShift, unit),
+            figure(without.northingPrecision),
+            figure(without.eastingPrecision),
+            without.directionSigma ? FormatFixed(*without.directionSigma * SECONDS_PER_RADIAN, 1) : "",
+            isBest ? "helps most" : ""};
+}
+
+/** How the station changes without each sight. */
+std::string LeftOutTable(const StationSolution& solution)
+{
+    const std::string symbol(SmallLengthSymbol(solution.unit));
+    const std::vector<TextColumn> columns = {{"without", Alignment::LEFT},
+                                             {"n " + symbol, Alignment::RIGHT},
+                                             {"e " + symbol, Alignment::RIGHT},
+                                             {"± n " + symbol, Alignment::RIGHT},
+                                             {"± e " + symbol, Alignment::RIGHT},
+                                             {"direction ± \"", Alignment::RIGHT},
+                                             {"remark", Alignment::LEFT}};
+    std::vector<std::vector<std::string>> rows;
+    for (size_t i = 0; i < solution.leftOut.size(); ++i)
+    {
+        if (solution.leftOut[i])
+        {
+            rows.push_back(LeftOutRow(*solution.leftOut[i], solution.sights[i].sight->target,
+                                      i == solution.bestLeftOut, solution.unit));
+        }
+    }
+    const std::string verdict =
+        solution.bestLeftOut         ? ""
+        : solution.Redundancy() <= 1 ? "  Nothing would check the others: no redundancy is left without a sight.\n"
+                                     : "  No sight stands out: without any of them one direction is no more precise.\n";
+    return FormatTable(columns, rows, "  ") + verdict;
+}
+
+/** Without each sight in turn, or why not. */
+std::string LeftOutBlock(const StationSolution& solution)
+{
+    if (!solution.leftOut.empty())
+    {
+        return "\n" + LeftOutTable(solution);
+    }
+    return solution.method == StationMethod::MULTI
+               ? fmt::format("\n  Not repeated without each sight: more than {} are used.\n", MOST_LEFT_OUT)
+               : fmt::format("\n  Not repeated without each sight: a {} takes no more than it needs.\n",
+                             MethodTitle(solution.method));
 }
 
 } // namespace
@@ -202,7 +306,12 @@ std::string SetUpName(const SetUp& setUp)
 std::string TextReport(const StationSolution& solution, const ReportStyle& style)
 {
     const std::string result = solution.IsSolved() ? StationBlock(solution, style) : FailureBlock(solution);
-    return Heading(solution, style) + "\n" + result + "\n" + SightTable(solution, style);
+    std::string text = Heading(solution, style) + "\n" + result + "\n" + SightTable(solution, style);
+    if (style.isLeaveOneOut && solution.IsSolved())
+    {
+        text += LeftOutBlock(solution);
+    }
+    return text;
 }
 
 } // namespace qstd

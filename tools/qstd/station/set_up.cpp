@@ -9,11 +9,6 @@ namespace {
 /** Nearer to the vertical than one minute of arc a sight has no direction. */
 constexpr AngleUnit VERTICAL_LIMIT = 60 * 16;
 
-bool IsVertical(AngleUnit zenith)
-{
-    return zenith < VERTICAL_LIMIT || zenith > ANGLE_HALF_CIRCLE - VERTICAL_LIMIT;
-}
-
 /** A zenith reading of a half circle or more is of face two: the circle turns by a half, the zenith is mirrored. */
 void ReduceFace(PreparedSight& prepared)
 {
@@ -24,34 +19,6 @@ void ReduceFace(PreparedSight& prepared)
         prepared.isFaceTwo = true;
         prepared.circle = WithinCircle(prepared.circle + ANGLE_HALF_CIRCLE);
         prepared.zenith = ANGLE_FULL_CIRCLE - *prepared.zenith;
-    }
-}
-
-/** A slope distance needs the zenith reading; a horizontal one stands alone, but then without a height difference. */
-void ReduceDistance(PreparedSight& prepared)
-{
-    const Sight& sight = *prepared.sight;
-    if (prepared.zenith)
-    {
-        const double zenith = RadiansOf(*prepared.zenith);
-        if (sight.slopeDistance)
-        {
-            prepared.horizontalDistance = *sight.slopeDistance * std::sin(zenith);
-            prepared.verticalDifference = *sight.slopeDistance * std::cos(zenith);
-        }
-        else if (sight.horizontalDistance)
-        {
-            prepared.horizontalDistance = sight.horizontalDistance;
-            prepared.verticalDifference = *sight.horizontalDistance / std::tan(zenith);
-        }
-    }
-    else if (sight.slopeDistance)
-    {
-        prepared.remark = "sd without v: distance not used";
-    }
-    else
-    {
-        prepared.horizontalDistance = sight.horizontalDistance;
     }
 }
 
@@ -70,7 +37,7 @@ std::string ReasonAgainst(const PreparedSight& prepared, const SetUp& setUp)
     {
         return "known point without n and e";
     }
-    if (prepared.zenith && IsVertical(*prepared.zenith))
+    if (IsVertical(prepared))
     {
         return "vertical sight: no direction";
     }
@@ -100,6 +67,34 @@ PreparedSight PrepareSight(const Sight& sight, const SetUp& setUp, const PointLi
 
 } // namespace
 
+/** A slope distance needs the zenith reading; a horizontal one stands alone, but then without a height difference. */
+void ReduceDistance(PreparedSight& prepared)
+{
+    const Sight& sight = *prepared.sight;
+    if (prepared.zenith)
+    {
+        const double zenith = RadiansOf(*prepared.zenith);
+        if (sight.slopeDistance)
+        {
+            prepared.horizontalDistance = *sight.slopeDistance * std::sin(zenith);
+            prepared.verticalDifference = *sight.slopeDistance * std::cos(zenith);
+        }
+        else if (sight.horizontalDistance)
+        {
+            prepared.horizontalDistance = sight.horizontalDistance;
+            prepared.verticalDifference = *sight.horizontalDistance / std::tan(zenith);
+        }
+    }
+    else if (sight.slopeDistance)
+    {
+        prepared.remark = "sd without v: distance not used";
+    }
+    else
+    {
+        prepared.horizontalDistance = sight.horizontalDistance;
+    }
+}
+
 std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& points)
 {
     std::vector<PreparedSight> all;
@@ -111,24 +106,37 @@ std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& po
     return all;
 }
 
-ResectObservation ToObservation(const PreparedSight& prepared)
+bool IsVertical(const PreparedSight& prepared)
+{
+    return prepared.zenith &&
+           (*prepared.zenith < VERTICAL_LIMIT || *prepared.zenith > ANGLE_HALF_CIRCLE - VERTICAL_LIMIT);
+}
+
+PointRecord PointInMetres(const PointRecord& point, LinearUnit unit)
+{
+    return {ToMetres(point.northing, unit), ToMetres(point.easting, unit), ToMetres(point.height, unit), point.flags};
+}
+
+ResectObservation ToObservation(const PreparedSight& prepared, LinearUnit unit)
 {
     ResectObservation observation = {};
-    observation.target = prepared.target->point;
+    observation.target = PointInMetres(prepared.target->point, unit);
     observation.horizontalAngle = prepared.circle;
     observation.zenithAngle = prepared.zenith.value_or(ANGLE_QUARTER_CIRCLE);
-    observation.reflectorHeight = prepared.sight->targetHeight;
+    observation.reflectorHeight = ToMetres(prepared.sight->targetHeight, unit);
     if (!prepared.zenith)
     {
         observation.target.flags = POINT_HAS_PLAN;
     }
     if (prepared.horizontalDistance)
     {
-        observation.horizontalDistance = *prepared.horizontalDistance;
-        observation.verticalDifference = prepared.verticalDifference.value_or(0.0);
+        const double horizontal = *prepared.horizontalDistance;
+        const double vertical = prepared.verticalDifference.value_or(0.0);
+        observation.horizontalDistance = ToMetres(horizontal, unit);
+        observation.verticalDifference = ToMetres(vertical, unit);
         // The library tells a measured distance by its slope distance, which must not be 0.
-        observation.slopeDistance = prepared.sight->slopeDistance.value_or(
-            std::hypot(observation.horizontalDistance, observation.verticalDifference));
+        observation.slopeDistance =
+            ToMetres(prepared.sight->slopeDistance.value_or(std::hypot(horizontal, vertical)), unit);
     }
     return observation;
 }

@@ -6,6 +6,7 @@
 #define QSTD_SET_UP_H
 
 #include "input/field_book.h"
+#include "text/unit.h"
 
 #include <qstdlib.h>
 
@@ -32,12 +33,23 @@ struct PreparedSight
 /** All sights of a set-up, in its order. The set-up and the points must outlive the result. */
 std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& points);
 
+/** Brings the distance of a sight to the horizontal: of one to a target that is not known, which is left as read. */
+void ReduceDistance(PreparedSight& prepared);
+
+/** True for a sight so near to the vertical that it has no direction. */
+bool IsVertical(const PreparedSight& prepared);
+
+/** A point of the library in metres. */
+PointRecord PointInMetres(const PointRecord& point, LinearUnit unit);
+
 /**
- * The record of the library for a sight that is used.
+ * The record of the library for a sight that is used, in metres.
  *
  * Without a zenith reading the target's height is withheld: a level sight would be an invention.
+ *
+ * @param unit  of the set-up and its points
  */
-ResectObservation ToObservation(const PreparedSight& prepared);
+ResectObservation ToObservation(const PreparedSight& prepared, LinearUnit unit = LinearUnit::METRE);
 
 } // namespace qstd
 

@@ -3,9 +3,9 @@
 #include "input/field_book.h"
 #include "input/table.h"
 #include "output/files.h"
-#include "plan/plan_names.h"
 #include "station/report.h"
-#include "station/station_plan.h"
+#include "station/station_doubts.h"
+#include "station/station_files.h"
 #include "station/station_solution.h"
 #include "text/message.h"
 #include "text/text.h"
@@ -56,7 +56,7 @@ Survey ReadSurvey(const StationOptions& options, Messages& messages)
     const std::optional<Table> sights = ReadTable(options.sights, messages);
     if (sights)
     {
-        survey.setUps = ReadSetUps(*sights, options.angle, messages);
+        survey.setUps = ReadSetUps(*sights, options.output.angle, messages);
         if (sights->rows.empty() && !messages.HasErrors())
         {
             messages.AddError(sights->file, 0, "no sights; each line below the column names is one");
@@ -124,67 +124,143 @@ std::vector<const SetUp*> SelectSetUps(const StationOptions& options, const Surv
     return selected;
 }
 
+/** A target asked for that no sight goes to, or nothing. */
+std::string TargetProblem(const std::vector<std::string>& targets, const std::vector<const SetUp*>& selected,
+                          const std::string& file)
+{
+    std::set<std::string> sighted;
+    for (const SetUp* setUp : selected)
+    {
+        for (const Sight& sight : setUp->sights)
+        {
+            sighted.insert(sight.target);
+        }
+    }
+    for (const std::string& target : targets)
+    {
+        if (sighted.count(target) == 0)
+        {
+            std::string proposals;
+            for (const std::string& near : NearestNames(target, {sighted.begin(), sighted.end()}, MOST_PROPOSALS))
+            {
+                proposals += (proposals.empty() ? "; did you mean " : ", ") + near;
+            }
+            return fmt::format("--targets: no sight to {} in {}{}", Quoted(target), file,
+                               proposals.empty() ? "; name a value of its column target" : proposals + "?");
+        }
+    }
+    return "";
+}
+
 /** True for two paths to one file. */
 bool IsSameFile(const std::string& one, const std::string& other)
 {
     std::error_code error;
-    return std::filesystem::equivalent(one, other, error) && !error;
+    return one == other || (std::filesystem::equivalent(one, other, error) && !error);
+}
+
+/** Columns that CSV does not have, or that only CSV has. */
+std::string ColumnProblem(const std::vector<std::string>& columns, OutputFormat format, const ReportStyle& style)
+{
+    if (!columns.empty() && format != OutputFormat::CSV)
+    {
+        return "--columns picks the columns of CSV; give --csv";
+    }
+    const std::vector<std::string> names = CsvColumns(style);
+    for (const std::string& column : columns)
+    {
+        if (std::find(names.begin(), names.end(), column) == names.end())
+        {
+            const std::vector<std::string> near = NearestNames(column, names, MOST_PROPOSALS);
+            std::string proposals;
+            for (const std::string& name : near.empty() ? names : near)
+            {
+                proposals += (proposals.empty() ? "" : ", ") + name;
+            }
+            return fmt::format("--columns: no column {}; {}: {}{}", Quoted(column),
+                               near.empty() ? "there are" : "did you mean", proposals, near.empty() ? "" : "?");
+        }
+    }
+    return "";
 }
 
 /** What the options say that cannot be, or nothing. */
 std::string OptionProblem(const StationOptions& options)
 {
+    const bool takesLine = options.method == StationMethod::KNOWN_LINE || options.method == StationMethod::AUTO;
     if (options.points == "-" && options.sights == "-")
     {
         return "standard input can be read only once; give a file for --points or for --sights";
     }
-    if (options.svg == "-")
+    if (options.output.svg == "-")
     {
         return "a plan goes to a file; give --svg a name such as plan.svg";
+    }
+    if (options.output.dxf == "-" || options.output.geoJson == "-")
+    {
+        return "a drawing goes to a file; give --dxf or --geojson a name such as plan.dxf";
+    }
+    if (!options.lineAzimuth.empty() && !takesLine)
+    {
+        return "--line-azimuth gives the direction of a known line; give --method known-line or auto";
+    }
+    if (options.isLeaveOneOut && options.method != StationMethod::MULTI && options.method != StationMethod::AUTO)
+    {
+        return fmt::format("--leave-one-out repeats an adjustment; a {} takes no more sights than it needs",
+                           MethodTitle(options.method));
     }
     return "";
 }
 
-/** Draws the plans of the solved stations, writes them, and tells of each in `notes`. */
-std::string WritePlans(const std::string& path, const std::vector<StationSolution>& solutions,
-                       const StationOptions& options, const ReportStyle& style, std::string& notes)
+/** The request of the options; throws WrongUse for an azimuth that is none. */
+StationRequest RequestFrom(const StationOptions& options)
 {
-    std::vector<const SetUp*> setUps;
-    setUps.reserve(solutions.size());
-    for (const StationSolution& solution : solutions)
+    StationRequest request;
+    request.method = options.method;
+    request.targets = options.targets;
+    request.unit = options.output.unit;
+    request.instrument = InstrumentFrom(options.instrument, options.output.unit);
+    request.isLeaveOneOut = options.isLeaveOneOut;
+    if (!options.lineAzimuth.empty())
     {
-        setUps.push_back(solution.setUp);
-    }
-    const std::vector<std::string> names = PlanNames(path, setUps);
-    std::vector<OutputFile> files;
-    for (size_t i = 0; i < solutions.size(); ++i)
-    {
-        const std::string station = SetUpName(*solutions[i].setUp);
-        if (!solutions[i].IsSolved())
+        const ParsedAngle azimuth = ParseAngle(options.lineAzimuth, options.output.angle);
+        if (!azimuth.problem.empty())
         {
-            notes += fmt::format("No plan of station {}: not solved\n", station);
-            continue;
+            throw WrongUse(fmt::format("--line-azimuth {}: {}", Quoted(options.lineAzimuth), azimuth.problem));
         }
-        if (IsSameFile(names[i], options.points) || IsSameFile(names[i], options.sights))
-        {
-            return fmt::format("{}: is an input; give --svg another name", names[i]);
-        }
-        Plan plan = DrawPlan(solutions[i], style);
-        notes += fmt::format("Plan of station {}: {}, scale {}\n", station, names[i], plan.scale);
-        files.push_back({names[i], std::move(plan.svg)});
+        request.lineAzimuth = azimuth.units;
     }
-    return WriteWhole(files);
+    return request;
 }
 
-std::string Report(const std::vector<StationSolution>& solutions, const StationOptions& options,
-                   const ReportStyle& style)
+/** Files that would overwrite an input or each other, or nothing. */
+std::string FileProblem(const std::vector<OutputFile>& files, const StationOptions& options)
 {
-    switch (options.format)
+    for (size_t i = 0; i < files.size(); ++i)
+    {
+        if (IsSameFile(files[i].path, options.points) || IsSameFile(files[i].path, options.sights))
+        {
+            return fmt::format("{}: is an input; give another name", files[i].path);
+        }
+        for (size_t j = 0; j < i; ++j)
+        {
+            if (IsSameFile(files[i].path, files[j].path))
+            {
+                return fmt::format("{}: two outputs would go there; give each a name of its own", files[i].path);
+            }
+        }
+    }
+    return "";
+}
+
+std::string Report(const std::vector<StationSolution>& solutions, OutputFormat format, const ReportStyle& style)
+{
+    switch (format)
     {
     case OutputFormat::CSV:
         return CsvReport(solutions, style);
     case OutputFormat::JSON:
-        return JsonReport(solutions);
+        return JsonReport(solutions, style);
     case OutputFormat::TEXT:
         break;
     }
@@ -196,33 +272,56 @@ std::string Report(const std::vector<StationSolution>& solutions, const StationO
     return text;
 }
 
-CommandResult Compute(const StationOptions& options, const Survey& survey, const std::vector<const SetUp*>& selected)
+/** The doubts about the stations, as messages. */
+std::string WarningMessages(const std::vector<StationSolution>& solutions, const ReportStyle& style)
+{
+    std::string text;
+    for (const StationSolution& solution : solutions)
+    {
+        if (solution.IsSolved())
+        {
+            for (const std::string& warning : DoubtTexts(solution, style.angles, true))
+            {
+                text += fmt::format("{}:{}: warning: station {}: {}\n", style.sightsFile,
+                                    solution.setUp->sights.front().line, SetUpName(*solution.setUp), warning);
+            }
+        }
+    }
+    return text;
+}
+
+CommandResult Compute(const StationOptions& options, const StationRequest& request, const ReportStyle& style,
+                      const Survey& survey, const std::vector<const SetUp*>& selected)
 {
     std::vector<StationSolution> solutions;
     solutions.reserve(selected.size());
     for (const SetUp* setUp : selected)
     {
-        solutions.push_back(SolveStation(*setUp, survey.points));
+        solutions.push_back(SolveStation(*setUp, survey.points, request));
     }
-    const ReportStyle style = {options.angle.value_or(AngleForm::DMS), options.decimals, DisplayName(options.sights)};
     CommandResult result;
     std::string notes;
-    if (!options.svg.empty())
-    {
-        const std::string problem = WritePlans(options.svg, solutions, options, style, notes);
-        if (!problem.empty())
-        {
-            return Refused(problem);
-        }
-    }
-    result.output = Report(solutions, options, style);
-    if (options.format == OutputFormat::TEXT)
+    std::vector<OutputFile> files;
+    DrawFiles(solutions, options.output, style, files, notes);
+    result.output = Report(solutions, options.output.format, style);
+    if (options.output.format == OutputFormat::TEXT)
     {
         result.output += notes.empty() ? "" : "\n" + notes;
     }
     else
     {
-        result.messages += notes;
+        result.messages = WarningMessages(solutions, style) + notes;
+    }
+    if (options.output.output != "-")
+    {
+        files.push_back({options.output.output, std::move(result.output)});
+        result.output.clear();
+    }
+    std::string problem = FileProblem(files, options);
+    problem = problem.empty() ? WriteWhole(files) : problem;
+    if (!problem.empty())
+    {
+        return Refused(problem);
     }
     const bool allSolved = std::all_of(solutions.begin(), solutions.end(),
                                        [](const StationSolution& solution) { return solution.IsSolved(); });
@@ -230,14 +329,40 @@ CommandResult Compute(const StationOptions& options, const Survey& survey, const
     return result;
 }
 
+ReportStyle StyleFrom(const StationOptions& options)
+{
+    ReportStyle style;
+    style.angles = options.output.angle.value_or(AngleForm::DMS);
+    style.decimals = options.output.decimals;
+    style.sightsFile = DisplayName(options.sights);
+    style.unit = options.output.unit;
+    style.isLeaveOneOut = options.isLeaveOneOut;
+    for (const std::string& column : options.output.columns)
+    {
+        style.columns.push_back(LowerCase(Trim(column)));
+    }
+    return style;
+}
+
 } // namespace
 
 CommandResult RunStation(const StationOptions& options)
 {
+    const ReportStyle style = StyleFrom(options);
     std::string problem = OptionProblem(options);
+    problem = problem.empty() ? ColumnProblem(style.columns, options.output.format, style) : problem;
     if (!problem.empty())
     {
         return Refused(problem);
+    }
+    StationRequest request;
+    try
+    {
+        request = RequestFrom(options);
+    }
+    catch (const WrongUse& wrong)
+    {
+        return Refused(wrong.what());
     }
     Messages messages;
     const Survey survey = ReadSurvey(options, messages);
@@ -246,7 +371,8 @@ CommandResult RunStation(const StationOptions& options)
         return {EXIT_UNREADABLE, "", messages.Text()};
     }
     const std::vector<const SetUp*> selected = SelectSetUps(options, survey, problem);
-    CommandResult result = problem.empty() ? Compute(options, survey, selected) : Refused(problem);
+    problem = problem.empty() ? TargetProblem(request.targets, selected, style.sightsFile) : problem;
+    CommandResult result = problem.empty() ? Compute(options, request, style, survey, selected) : Refused(problem);
     result.messages.insert(0, messages.Text());
     return result;
 }

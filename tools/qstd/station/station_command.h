@@ -5,10 +5,10 @@
 #ifndef QSTD_STATION_COMMAND_H
 #define QSTD_STATION_COMMAND_H
 
+#include "instrument/instrument_options.h"
 #include "results/output_options.h"
-#include "text/angle_text.h"
+#include "station/station_method.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,10 +19,12 @@ struct StationOptions
     std::vector<std::string> names; /**< none: all stations that are no known points */
     std::string points;
     std::string sights;
-    std::string svg; /**< empty: no plan */
-    OutputFormat format = OutputFormat::TEXT;
-    std::optional<AngleForm> angle;
-    int decimals = 4;
+    StationMethod method = StationMethod::MULTI;
+    std::vector<std::string> targets; /**< none: all */
+    std::string lineAzimuth;          /**< an angle, as typed; empty: none */
+    bool isLeaveOneOut = false;
+    OutputOptions output;
+    InstrumentOptions instrument; /**< its corrections */
 };
 
 struct CommandResult
@@ -32,7 +34,7 @@ struct CommandResult
     std::string messages; /**< for standard error */
 };
 
-/** Runs the command. Plans are written by it; the texts are handed back. */
+/** Runs the command. Files are written by it, also that of --output; the texts are handed back. */
 CommandResult RunStation(const StationOptions& options);
 
 } // namespace qstd

@@ -3,6 +3,7 @@
 #include "plan/plan_frame.h"
 #include "plan/plan_sheet.h"
 #include "plan/svg_writer.h"
+#include "station/small_length.h"
 #include "text/text.h"
 
 #include <fmt/format.h>
@@ -37,9 +38,9 @@ class PlanDrawing
 {
 public:
     PlanDrawing(const StationSolution& solutionToDraw, const ReportStyle& styleOfFigures)
-        : solution(solutionToDraw), style(styleOfFigures), sheet(ChooseSheet(Extent(solutionToDraw))),
+        : solution(solutionToDraw), style(styleOfFigures), sheet(ChooseSheet(Extent(solutionToDraw), Needs(solutionToDraw))),
           svg(sheet.width, sheet.height, "Station " + SetUpName(*solutionToDraw.setUp)), labels(sheet.frame),
-          surround(sheet, svg)
+          surround(sheet, svg, {solutionToDraw.unit})
     {
         station = sheet.Place(solution.station.position.northing, solution.station.position.easting);
         residualFactor = FactorFor(LargestResidual(), LONGEST_RESIDUAL);
@@ -62,6 +63,13 @@ public:
     }
 
 private:
+    static SheetNeeds Needs(const StationSolution& solution)
+    {
+        SheetNeeds needs;
+        needs.metresPerUnit = ToMetres(1.0, solution.unit);
+        return needs;
+    }
+
     static GroundExtent Extent(const StationSolution& solution)
     {
         const PointRecord& position = solution.station.position;
@@ -243,27 +251,32 @@ private:
     void DrawFigures(SheetPoint base)
     {
         const ResectStation& result = solution.station;
-        const bool hasPrecision = solution.Redundancy() > 0;
-        const auto precision = [hasPrecision](double metres) {
-            return hasPrecision ? fmt::format("  ± {} mm", FormatFixed(metres * 1000.0, 1)) : std::string();
+        const std::string_view unit = UnitSymbol(solution.unit);
+        const auto precision = [this](double length) {
+            return solution.HasPrecision() ? "  ± " + SmallLengthText(length, solution.unit) : std::string();
         };
         std::vector<std::string> lines = {
-            fmt::format("N  {} m{}", FormatFixed(result.position.northing, style.decimals),
+            fmt::format("N  {} {}{}", FormatFixed(result.position.northing, style.decimals), unit,
                         precision(result.northingPrecision)),
-            fmt::format("E  {} m{}", FormatFixed(result.position.easting, style.decimals),
+            fmt::format("E  {} {}{}", FormatFixed(result.position.easting, style.decimals), unit,
                         precision(result.eastingPrecision)),
             solution.HasHeight()
-                ? fmt::format("H  {} m  instrument axis", FormatFixed(result.position.height, style.decimals))
+                ? fmt::format("H  {} {}  instrument axis", FormatFixed(result.position.height, style.decimals), unit)
                 : "no height"};
         if (solution.markHeight)
         {
-            lines.push_back(fmt::format("H  {} m  ground mark", FormatFixed(*solution.markHeight, style.decimals)));
+            lines.push_back(
+                fmt::format("H  {} {}  ground mark", FormatFixed(*solution.markHeight, style.decimals), unit));
         }
         lines.push_back(fmt::format("orientation  {}", FormatAngle(result.orientation, style.angles)));
         lines.push_back(fmt::format("{}, {}", Counted(solution.directions, "direction", "directions"),
                                     Counted(solution.distances, "distance", "distances")));
-        lines.push_back(hasPrecision ? fmt::format("redundancy {}", solution.Redundancy())
-                                     : "no redundancy: precision unknown");
+        lines.push_back(solution.Redundancy() > 0 ? fmt::format("redundancy {}", solution.Redundancy())
+                                                  : "no redundancy: precision unknown");
+        if (solution.method != StationMethod::MULTI)
+        {
+            lines.emplace_back(MethodTitle(solution.method));
+        }
         surround.PanelText(base, "Station " + SetUpName(*solution.setUp), true, TITLE_SIZE);
         base.y += 1.5;
         for (const std::string& line : lines)
@@ -328,8 +341,9 @@ private:
             surround.LegendLine(base, fmt::format("error ellipse × {}", GroupedText(ellipseFactor)),
                                 [this](SheetPoint middle) { svg.Ellipse(middle, 4.0, 1.5, 0.0, ELLIPSE); });
             surround.PanelText({base.x + 12.0, base.y - 0.8},
-                               fmt::format("{} × {} mm", FormatFixed(solution.ellipse->major * 1000.0, 1),
-                                           FormatFixed(solution.ellipse->minor * 1000.0, 1)),
+                               fmt::format("{} × {} {}", SmallLengthFigure(solution.ellipse->major, solution.unit),
+                                           SmallLengthFigure(solution.ellipse->minor, solution.unit),
+                                           SmallLengthSymbol(solution.unit)),
                                false, SMALL_SIZE);
             base.y += LINE_STEP - 0.8;
         }

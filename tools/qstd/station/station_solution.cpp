@@ -1,34 +1,17 @@
 #include "station/station_solution.h"
 
+#include "station/closed_solution.h"
+#include "station/leave_one_out.h"
+#include "station/multi_solution.h"
+#include "station/station_doubts.h"
+#include "station/station_residuals.h"
+
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <utility>
 
 namespace qstd {
 
 namespace {
-
-constexpr double PI = 3.14159265358979323846;
-
-double WrapToHalfCircle(double radians)
-{
-    return radians - 2.0 * PI * std::floor(radians / (2.0 * PI) + 0.5);
-}
-
-void CountObservations(StationSolution& solution)
-{
-    for (const PreparedSight& sight : solution.sights)
-    {
-        solution.faceTwo += sight.isFaceTwo ? 1U : 0U;
-        if (sight.isUsed)
-        {
-            ++solution.used;
-            ++solution.directions;
-            solution.distances += sight.horizontalDistance ? 1U : 0U;
-        }
-    }
-}
 
 /** A position farther off than this is none: the adjustment has run away. */
 constexpr double FARTHEST_POSITION = 1e9;
@@ -41,189 +24,283 @@ bool IsPosition(const ResectStation& station)
            std::isfinite(station.heightSpread);
 }
 
-/** Which targets the library takes the station height from: those with a distance, else those with a zenith reading. */
-void CountHeightTargets(StationSolution& solution, const std::vector<ResectObservation>& observations)
+void CountObservations(StationSolution& solution)
 {
-    size_t withDistance = 0;
-    size_t withHeight = 0;
-    for (const ResectObservation& observation : observations)
+    for (const PreparedSight& sight : solution.sights)
     {
-        const bool hasHeight = (observation.target.flags & POINT_HAS_HEIGHT) != 0;
-        withHeight += hasHeight ? 1U : 0U;
-        withDistance += hasHeight && observation.slopeDistance != 0.0 ? 1U : 0U;
+        solution.faceTwo += sight.isFaceTwo ? 1U : 0U;
+        if (sight.isUsed)
+        {
+            ++solution.used;
+            ++solution.directions;
+            const bool isDistanceUsed = sight.horizontalDistance && solution.method != StationMethod::THREE_POINT;
+            solution.distances += isDistanceUsed ? 1U : 0U;
+        }
     }
-    solution.isHeightByDistance = withDistance > 0;
-    solution.heightTargets = withDistance > 0 ? withDistance : withHeight;
 }
 
-/** Residuals of any sight with a target, whether it took part or not, in the library's sense: adjusted less observed. */
-SightResidual ComputeResidual(const PreparedSight& sight, const ResectStation& station)
+/** Keeps sights out whose targets are not asked for. */
+void KeepAskedTargets(std::vector<PreparedSight>& sights, const std::vector<std::string>& targets)
 {
-    SightResidual residual;
-    const PointRecord& target = sight.target->point;
-    const double dN = target.northing - station.position.northing;
-    const double dE = target.easting - station.position.easting;
-    const double distance = std::hypot(dN, dE);
-    const double azimuth = std::atan2(dE, dN);
-    residual.direction = WrapToHalfCircle(azimuth - RadiansOf(station.orientation) - RadiansOf(sight.circle));
-    residual.across = *residual.direction * distance;
-    if (sight.horizontalDistance)
+    for (PreparedSight& sight : sights)
     {
-        residual.distance = distance - *sight.horizontalDistance;
+        if (sight.isUsed && !targets.empty() &&
+            std::find(targets.begin(), targets.end(), sight.sight->target) == targets.end())
+        {
+            sight.isUsed = false;
+            sight.remark = "not among the targets named";
+        }
     }
-    const bool hasHeights = (target.flags & POINT_HAS_HEIGHT) != 0 && (station.position.flags & POINT_HAS_HEIGHT) != 0;
-    if (hasHeights && sight.zenith)
-    {
-        const double rise = sight.verticalDifference.value_or(distance / std::tan(RadiansOf(*sight.zenith)));
-        residual.height = target.height + sight.sight->targetHeight - rise - station.position.height;
-    }
-    return residual;
 }
+
+std::vector<PreparedSight> UsedSights(const std::vector<PreparedSight>& sights)
+{
+    std::vector<PreparedSight> used;
+    std::copy_if(sights.begin(), sights.end(), std::back_inserter(used),
+                 [](const PreparedSight& sight) { return sight.isUsed; });
+    return used;
+}
+
+// --- least squares -----------------------------------------------------------------------------------------------------
 
 /** The library's own residuals go before computed ones where it reports them. */
-void TakeLibraryResidual(SightResidual& residual, const PreparedSight& sight, const ResectObservation& observation,
-                         const ResectStation& station, const ResectResidual& fromLibrary)
+void TakeLibraryResidual(SightResidual& residual, const PreparedSight& sight, const PointRecord& station,
+                         const ResectResidual& fromLibrary)
 {
     const PointRecord& target = sight.target->point;
     residual.direction = RadiansOf(fromLibrary.angleResidual);
-    residual.across = *residual.direction * std::hypot(target.northing - station.position.northing,
-                                                       target.easting - station.position.easting);
-    if ((observation.target.flags & POINT_HAS_HEIGHT) != 0 && observation.slopeDistance != 0.0)
+    residual.across = *residual.direction * std::hypot(target.northing - station.northing,
+                                                       target.easting - station.easting);
+    if ((target.flags & POINT_HAS_HEIGHT) != 0 && sight.zenith && sight.horizontalDistance)
     {
         residual.distance = fromLibrary.distanceResidual;
         residual.height = fromLibrary.heightResidual;
     }
 }
 
-/** The used sights as the library takes them, and what it makes of them. */
-struct Adjustment
-{
-    std::vector<size_t> order; /**< which sight each observation is */
-    std::vector<ResectObservation> observations;
-    std::vector<ResectResidual> residuals;
-};
-
-/**
- * The used sights, the first one to each place before all second ones, and so on: the library takes its first
- * approximation from the first sights that seem to fit, which two faces to one target do not.
- */
-std::vector<size_t> SpreadOrder(const std::vector<PreparedSight>& sights)
-{
-    std::map<std::pair<double, double>, size_t> visits;
-    std::vector<std::pair<size_t, size_t>> visitAndSight;
-    for (size_t i = 0; i < sights.size(); ++i)
-    {
-        if (sights[i].isUsed)
-        {
-            const PointRecord& target = sights[i].target->point;
-            visitAndSight.emplace_back(visits[{target.northing, target.easting}]++, i);
-        }
-    }
-    std::sort(visitAndSight.begin(), visitAndSight.end());
-    std::vector<size_t> order;
-    order.reserve(visitAndSight.size());
-    for (const auto& [visit, sight] : visitAndSight)
-    {
-        order.push_back(sight);
-    }
-    return order;
-}
-
-int32_t Adjust(StationSolution& solution, Adjustment& adjustment)
-{
-    adjustment.observations.clear();
-    for (const size_t sight : adjustment.order)
-    {
-        adjustment.observations.push_back(ToObservation(solution.sights[sight]));
-    }
-    const auto count = static_cast<int16_t>(adjustment.observations.size());
-    // One record more than counted: the library takes no null pointer, not even for no sights.
-    adjustment.observations.emplace_back();
-    adjustment.residuals.resize(adjustment.observations.size());
-    const int32_t status =
-        QSTNMultiResect(count, adjustment.observations.data(), &solution.station, adjustment.residuals.data());
-    adjustment.observations.pop_back();
-    return status;
-}
-
-/**
- * Calls the library, again with another sight first where its first approximation fails or leads nowhere: that rests on
- * a few sights, which may be degenerate although the set-up as a whole is not. The status is that of the first call.
- */
-bool AdjustInSomeOrder(StationSolution& solution, Adjustment& adjustment)
-{
-    constexpr size_t MOST_ATTEMPTS = 10;
-    adjustment.order = SpreadOrder(solution.sights);
-    solution.status = Adjust(solution, adjustment);
-    const size_t attempts = std::min(adjustment.order.size(), MOST_ATTEMPTS);
-    const bool isWorthwhile = solution.status == QSTD_REJECTED || solution.status == QSTD_DEGENERATE;
-    for (size_t attempt = 1; isWorthwhile && attempt < attempts; ++attempt)
-    {
-        std::rotate(adjustment.order.begin(), adjustment.order.begin() + 1, adjustment.order.end());
-        if (Adjust(solution, adjustment) == QSTD_OK)
-        {
-            solution.status = QSTD_OK;
-            break;
-        }
-    }
-    return solution.status == QSTD_OK;
-}
-
-void FillResiduals(StationSolution& solution, const Adjustment& adjustment)
+void ComputeResiduals(StationSolution& solution, const SimulatedInstrument& instrument)
 {
     for (size_t i = 0; i < solution.sights.size(); ++i)
     {
         if (solution.sights[i].target != nullptr)
         {
-            solution.residuals[i] = ComputeResidual(solution.sights[i], solution.station);
+            solution.residuals[i] = ComputeResidual(solution.sights[i], solution, instrument);
         }
     }
+}
+
+std::optional<PointRecord> AdjustedPosition(const std::vector<PreparedSight>& sights, LinearUnit unit)
+{
+    const Adjustment adjustment = AdjustSights(sights, unit);
+    return adjustment.status == QSTD_OK ? std::optional(adjustment.station.position) : std::nullopt;
+}
+
+void SolveByAdjustment(StationSolution& solution, const StationRequest& request)
+{
+    if (solution.used > MOST_SIGHTS)
+    {
+        solution.outcome = Outcome::TOO_MANY;
+        return;
+    }
+    const Adjustment adjustment = AdjustSights(solution.sights, request.unit);
+    solution.status = adjustment.status;
+    if (adjustment.status != QSTD_OK)
+    {
+        return;
+    }
+    solution.station = adjustment.station;
+    solution.outcome = IsPosition(solution.station) ? Outcome::SOLVED : Outcome::NOT_A_POSITION;
+    if (!solution.IsSolved())
+    {
+        return;
+    }
+    solution.station.orientation = WithinCircle(solution.station.orientation);
+    solution.isHeightByDistance = adjustment.withHeightAndDistance > 0;
+    solution.heightTargets = solution.isHeightByDistance ? adjustment.withHeightAndDistance : adjustment.withHeight;
+    ComputeResiduals(solution, request.instrument);
     for (size_t i = 0; i < adjustment.order.size(); ++i)
     {
         const size_t sight = adjustment.order[i];
-        TakeLibraryResidual(solution.residuals[sight], solution.sights[sight], adjustment.observations[i],
-                            solution.station, adjustment.residuals[i]);
+        TakeLibraryResidual(solution.residuals[sight], solution.sights[sight], solution.station.position,
+                            adjustment.residuals[i]);
     }
+    if (solution.Redundancy() > 0)
+    {
+        solution.ellipse = FormErrorEllipse(solution.sights, solution.station, request.unit);
+    }
+    solution.doubts = FindDoubts(solution, UsedSights(solution.sights), [&](const std::vector<PreparedSight>& changed) {
+        return AdjustedPosition(changed, request.unit);
+    });
+}
+
+// --- closed solutions --------------------------------------------------------------------------------------------------
+
+/** A closed solution takes what it needs; the other sights stay to check it. */
+void TakeChosen(StationSolution& solution, const std::vector<size_t>& chosen)
+{
+    for (size_t i = 0; i < solution.sights.size(); ++i)
+    {
+        PreparedSight& sight = solution.sights[i];
+        const bool isChosen = std::find(chosen.begin(), chosen.end(), i) != chosen.end();
+        if (isChosen && solution.method == StationMethod::THREE_POINT && sight.horizontalDistance)
+        {
+            sight.remark = "distance not used";
+        }
+        else if (!isChosen && sight.isUsed)
+        {
+            sight.isUsed = false;
+            sight.remark = "not needed";
+        }
+    }
+}
+
+/** The second point of a line whose azimuth is given has no coordinates that count: it lies on the line as measured. */
+void PlaceLinePoint(StationSolution& solution, PreparedSight& sight, const PreparedSight& start,
+                    const StationRequest& request)
+{
+    ReduceDistance(sight);
+    const double startDirection = RadiansOf(start.circle);
+    const double direction = RadiansOf(sight.circle);
+    const double length = std::hypot(
+        *sight.horizontalDistance * std::cos(direction) - *start.horizontalDistance * std::cos(startDirection),
+        *sight.horizontalDistance * std::sin(direction) - *start.horizontalDistance * std::sin(startDirection));
+    const double azimuth = RadiansOf(*request.lineAzimuth);
+    KnownPoint point;
+    point.id = sight.sight->target;
+    point.point = {start.target->point.northing + length * std::cos(azimuth),
+                   start.target->point.easting + length * std::sin(azimuth), 0.0, POINT_HAS_PLAN};
+    solution.linePoint = std::make_shared<const KnownPoint>(std::move(point));
+    sight.target = solution.linePoint.get();
+    sight.isUsed = true;
+    sight.remark = "placed on the line";
+}
+
+/** The spread of the heights that the library has averaged without telling. */
+double SpreadOfHeights(const StationSolution& solution)
+{
+    double smallest = 0.0;
+    double largest = 0.0;
+    bool isFirst = true;
+    for (size_t i = 0; i < solution.sights.size(); ++i)
+    {
+        if (solution.sights[i].isUsed && solution.residuals[i].height)
+        {
+            const double height = *solution.residuals[i].height;
+            smallest = isFirst ? height : std::min(smallest, height);
+            largest = isFirst ? height : std::max(largest, height);
+            isFirst = false;
+        }
+    }
+    return largest - smallest;
+}
+
+void SolveByClosedMethod(StationSolution& solution, const StationRequest& request)
+{
+    const std::vector<size_t> chosen = ChooseSights(solution.sights, *solution.setUp, solution.method, request);
+    const size_t needed = solution.method == StationMethod::THREE_POINT ? 3 : 2;
+    if (chosen.size() < needed)
+    {
+        CountObservations(solution);
+        solution.outcome = Outcome::TOO_FEW;
+        return;
+    }
+    TakeChosen(solution, chosen);
+    if (solution.method == StationMethod::KNOWN_LINE && request.lineAzimuth)
+    {
+        solution.isLineByAzimuth = true;
+        PreparedSight& direction = solution.sights[chosen[1]];
+        if (direction.target == nullptr)
+        {
+            PlaceLinePoint(solution, direction, solution.sights[chosen[0]], request);
+        }
+    }
+    CountObservations(solution);
+    std::vector<PreparedSight> taken;
+    for (const size_t sight : chosen)
+    {
+        taken.push_back(solution.sights[sight]);
+    }
+    const ClosedResult result = SolveClosed(solution.method, taken, request);
+    solution.status = result.status;
+    if (result.status != QSTD_OK)
+    {
+        return;
+    }
+    solution.station = result.station;
+    solution.outcome = IsPosition(solution.station) ? Outcome::SOLVED : Outcome::NOT_A_POSITION;
+    if (!solution.IsSolved())
+    {
+        return;
+    }
+    solution.checks = result.checks;
+    solution.heightTargets = result.heightTargets;
+    solution.isHeightByDistance = solution.method != StationMethod::THREE_POINT;
+    ComputeResiduals(solution, request.instrument);
+    if (solution.method == StationMethod::THREE_POINT)
+    {
+        solution.station.heightSpread = SpreadOfHeights(solution);
+    }
+    solution.doubts = FindDoubts(solution, taken, [&](const std::vector<PreparedSight>& changed) {
+        const ClosedResult moved = SolveClosed(solution.method, changed, request);
+        return moved.status == QSTD_OK ? std::optional(moved.station.position) : std::nullopt;
+    });
 }
 
 } // namespace
 
-StationSolution SolveStation(const SetUp& setUp, const PointList& points)
+KnownDifference DifferenceToKnown(const StationSolution& solution)
 {
+    KnownDifference difference;
+    if (solution.known == nullptr || !solution.IsSolved())
+    {
+        return difference;
+    }
+    const PointRecord& known = solution.known->point;
+    if ((known.flags & POINT_HAS_PLAN) != 0)
+    {
+        difference.northing = solution.station.position.northing - known.northing;
+        difference.easting = solution.station.position.easting - known.easting;
+    }
+    if ((known.flags & POINT_HAS_HEIGHT) != 0 && solution.markHeight)
+    {
+        difference.height = *solution.markHeight - known.height;
+    }
+    return difference;
+}
+
+StationSolution SolveStation(const SetUp& setUp, const PointList& points, const StationRequest& request)
+{
+    const InstrumentConnection connection(request.instrument);
     StationSolution solution;
     solution.setUp = &setUp;
+    solution.unit = request.unit;
     solution.known = points.Find(setUp.station);
     solution.sights = PrepareSights(setUp, points);
     solution.residuals.resize(solution.sights.size());
-    CountObservations(solution);
-    if (solution.used > MOST_SIGHTS)
+    KeepAskedTargets(solution.sights, request.targets);
+    solution.method = request.method;
+    if (request.method == StationMethod::AUTO)
     {
-        solution.outcome = Outcome::TOO_MANY;
-        return solution;
+        MethodChoice choice = ChooseMethod(solution.sights, request.lineAzimuth.has_value());
+        solution.method = choice.method;
+        solution.choice = std::move(choice.reason);
     }
-
-    Adjustment adjustment;
-    if (!AdjustInSomeOrder(solution, adjustment))
+    if (solution.method == StationMethod::MULTI)
     {
-        return solution;
+        CountObservations(solution);
+        SolveByAdjustment(solution, request);
     }
-    if (!IsPosition(solution.station))
+    else
     {
-        solution.outcome = Outcome::NOT_A_POSITION;
-        return solution;
+        SolveByClosedMethod(solution, request);
     }
-
-    solution.outcome = Outcome::SOLVED;
-    solution.station.orientation = WithinCircle(solution.station.orientation);
-    CountHeightTargets(solution, adjustment.observations);
-    if (solution.HasHeight() && setUp.instrumentHeight)
+    if (solution.IsSolved() && solution.HasHeight() && setUp.instrumentHeight)
     {
         solution.markHeight = solution.station.position.height - *setUp.instrumentHeight;
     }
-    FillResiduals(solution, adjustment);
-    if (solution.Redundancy() > 0)
+    if (request.isLeaveOneOut && solution.IsSolved() && solution.method == StationMethod::MULTI)
     {
-        solution.ellipse = FormErrorEllipse(solution.sights, solution.station);
+        LeaveOneOut(solution);
     }
     return solution;
 }

@@ -1,21 +1,26 @@
 /**
  * @file station_solution.h
- * The station of one set-up: the library's adjustment, and what is derived from it.
+ * The station of one set-up: what the library makes of it, and what is derived from that.
  */
 #ifndef QSTD_STATION_SOLUTION_H
 #define QSTD_STATION_SOLUTION_H
 
+#include "instrument/simulated_instrument.h"
 #include "station/error_ellipse.h"
 #include "station/set_up.h"
+#include "station/station_method.h"
+#include "text/unit.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace qstd {
 
-/** What the adjusted station leaves over on one sight: adjusted less observed, metres and radians. */
+/** What the adjusted station leaves over on one sight: adjusted less observed, in the unit of the job and radians. */
 struct SightResidual
 {
     std::optional<double> direction; /**< radians */
@@ -29,6 +34,7 @@ enum class Outcome
 {
     SOLVED,
     REFUSED,       /**< the library's status says why */
+    TOO_FEW,       /**< fewer sights than the method takes */
     TOO_MANY,      /**< more sights than the adjustment is given */
     NOT_A_POSITION /**< the library's result is not a finite position */
 };
@@ -36,10 +42,66 @@ enum class Outcome
 /** More used sights than this are not adjusted: the weight matrix has a row and a column for each observation. */
 constexpr size_t MOST_SIGHTS = 2500;
 
+/** What is asked of a set-up. */
+struct StationRequest
+{
+    StationMethod method = StationMethod::MULTI;
+    std::vector<std::string> targets;      /**< that may take part, in this order; none: all, as the field book has them */
+    std::optional<AngleUnit> lineAzimuth;  /**< of a known line */
+    LinearUnit unit = LinearUnit::METRE;   /**< of the set-up and its points */
+    SimulatedInstrument instrument;        /**< its corrections */
+    bool isLeaveOneOut = false;
+};
+
+/** What a closed solution leaves to compare, in the unit of the job. */
+struct ClosedChecks
+{
+    std::optional<double> baseline;   /**< two distances: known baseline less measured */
+    std::optional<double> lineLength; /**< known line between known points: measured length less known */
+    std::optional<double> lineRise;   /**< as lineLength, the height difference */
+};
+
+/** How far small errors of the readings move a station, in the unit of the job. */
+struct Sensitivity
+{
+    std::optional<double> perSecond; /**< the largest shift for 1" in one direction; nothing: it leaves no station */
+    std::string direction;           /**< the target of that direction */
+    std::optional<double> perMilli;  /**< the same for a thousandth of the unit in one distance */
+    std::string distance;
+};
+
+/** What makes a solved station less sure than it looks. */
+struct StationDoubts
+{
+    /** Distance of the station from the circle through its targets: of three directions, else where it is a doubt. */
+    std::optional<double> circleDistance;
+    bool isWeak = false;                    /**< directions alone, near that circle or in a narrow sector */
+    std::optional<double> commonShift;      /**< of several directions: the station's deviation for 1" in each */
+    std::vector<std::string> inLine;        /**< two targets nearly in line with the station */
+    AngleUnit inLineAngle = 0;              /**< between them, or left to a half circle */
+    bool isInLineOpposite = false;
+    std::optional<Sensitivity> sensitivity; /**< of three directions, else where there is a doubt */
+    bool hasNoRedundancy = false;
+};
+
+/** The set-up computed again without one of its sights. */
+struct LeftOut
+{
+    bool isSolved = false;
+    double northingShift = 0.0; /**< without less with the sight, in the unit of the job */
+    double eastingShift = 0.0;
+    std::optional<double> northingPrecision; /**< these only with redundancy */
+    std::optional<double> eastingPrecision;
+    std::optional<double> directionSigma; /**< of one direction after the adjustment, radians */
+};
+
 struct StationSolution
 {
     const SetUp* setUp = nullptr;
     const KnownPoint* known = nullptr; /**< the station's own coordinates, where it is a known point */
+    LinearUnit unit = LinearUnit::METRE;
+    StationMethod method = StationMethod::MULTI;
+    std::string choice; /**< why this method, where the tool chose it */
     std::vector<PreparedSight> sights;
     std::vector<SightResidual> residuals; /**< one a sight; empty fields where there is none */
     Outcome outcome = Outcome::REFUSED;
@@ -53,6 +115,12 @@ struct StationSolution
     size_t heightTargets = 0; /**< that the station height is the mean of */
     bool isHeightByDistance = false;
     size_t faceTwo = 0; /**< sights brought to face one */
+    ClosedChecks checks;
+    StationDoubts doubts;
+    bool isLineByAzimuth = false; /**< a known line whose direction is an azimuth */
+    std::shared_ptr<const KnownPoint> linePoint; /**< the second point of a known line, where it is not known itself */
+    std::vector<std::optional<LeftOut>> leftOut; /**< one a sight, or empty; nothing for a sight that is not used */
+    std::optional<size_t> bestLeftOut;           /**< the sight whose removal helps most */
 
     [[nodiscard]] bool IsSolved() const
     {
@@ -67,12 +135,30 @@ struct StationSolution
     /** Observations less unknowns; meaningful for a solved station, where it is not negative. */
     [[nodiscard]] size_t Redundancy() const
     {
-        return directions + distances < 3 ? 0 : directions + distances - 3;
+        // A line known by its azimuth brings the place of its second point along as a further unknown.
+        const size_t unknowns = isLineByAzimuth ? 4 : 3;
+        return directions + distances < unknowns ? 0 : directions + distances - unknowns;
+    }
+
+    /** True where an adjustment tells how precise the station is. */
+    [[nodiscard]] bool HasPrecision() const
+    {
+        return method == StationMethod::MULTI && Redundancy() > 0;
     }
 };
 
+/** The station's own coordinates: computed less known, each where both are there, in the unit of the job. */
+struct KnownDifference
+{
+    std::optional<double> northing;
+    std::optional<double> easting;
+    std::optional<double> height; /**< of the ground mark */
+};
+
+KnownDifference DifferenceToKnown(const StationSolution& solution);
+
 /** Computes one set-up. The set-up and the points must outlive the result. */
-StationSolution SolveStation(const SetUp& setUp, const PointList& points);
+StationSolution SolveStation(const SetUp& setUp, const PointList& points, const StationRequest& request = {});
 
 } // namespace qstd
 

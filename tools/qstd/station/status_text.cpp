@@ -25,12 +25,66 @@ StatusText DescribeTooFew(const StationSolution& solution)
             "sight known points until there are three directions or two distances, or add the targets' coordinates"};
 }
 
+/** What a closed method was given too little of. */
+StatusText DescribeTooFewForMethod(const StationSolution& solution)
+{
+    const std::string holds = fmt::format("{} with {}", Counted(solution.directions, "direction", "directions"),
+                                          Counted(solution.distances, "distance", "distances"));
+    const char* const causes = "targets missing from the points table, names written differently there, sights kept "
+                               "out with use 0, or several sights to one target";
+    switch (solution.method)
+    {
+    case StationMethod::THREE_POINT:
+        return {fmt::format("a three-point resection needs directions to three known points; here are {}", holds),
+                causes, "sight three known points, or take --method auto"};
+    case StationMethod::KNOWN_LINE:
+        return {"a known line needs a sight with distance to a known point and one to another point of the line",
+                "a distance not measured, or a second point without coordinates and no --line-azimuth",
+                "measure distances to both points; give --line-azimuth, or the coordinates of both"};
+    default:
+        return {fmt::format("a two-point resection needs sights to two known points; here are {}", holds), causes,
+                "sight two known points, at least one with its distance"};
+    }
+}
+
+/** What the library refuses of a closed method, by its status. */
+StatusText DescribeRefusedClosed(const StationSolution& solution)
+{
+    switch (solution.status)
+    {
+    case QSTD_NO_DISTANCE:
+        return {"a two-point resection needs a distance to at least one of the two targets",
+                "only directions were measured, or a slope distance without zenith reading",
+                "measure a distance, or sight a third known point"};
+    case QSTD_COINCIDENT_POINTS:
+        return {"the two targets coincide", "one point under two names, or both readings are of one target",
+                "check names, coordinates and readings"};
+    case QSTD_EQUAL_DIRECTIONS:
+        return {"two of the three directions are equal", "two targets stand in one line of sight",
+                "sight another known point"};
+    case QSTD_DEGENERATE:
+        if (solution.method == StationMethod::TWO_POINT)
+        {
+            return {"the measured distance is longer than the line between the two targets",
+                    "a target mistaken for another, or a station farther off than one distance can fix",
+                    "measure the distance to the other target, or to both"};
+        }
+        return {"the station and its targets lie on one circle (danger circle), so that any place on it would do",
+                "targets all around on the circle through the station", "sight a known point off that circle"};
+    default:
+        return {StatusMeaning(solution.status), "sights or coordinates that do not fit together",
+                "check names, coordinates and readings"};
+    }
+}
+
 } // namespace
 
 std::string OutcomeName(const StationSolution& solution)
 {
     switch (solution.outcome)
     {
+    case Outcome::TOO_FEW:
+        return "TOO_FEW_SIGHTS";
     case Outcome::TOO_MANY:
         return "TOO_MANY_SIGHTS";
     case Outcome::NOT_A_POSITION:
@@ -49,6 +103,17 @@ StatusText DescribeFailure(const StationSolution& solution)
         return {fmt::format("{} sights; one adjustment takes at most {}", solution.used, MOST_SIGHTS),
                 "repeated sights to a few targets, or a whole survey under one station name",
                 "keep sights out with use 0, or split the set-up"};
+    }
+    if (solution.outcome == Outcome::TOO_FEW)
+    {
+        return DescribeTooFewForMethod(solution);
+    }
+    const bool isKnownLine = solution.method == StationMethod::KNOWN_LINE;
+    const bool isOfAdjustment =
+        solution.method == StationMethod::MULTI || (isKnownLine && solution.status != QSTD_COINCIDENT_POINTS);
+    if (solution.outcome == Outcome::REFUSED && !isOfAdjustment)
+    {
+        return DescribeRefusedClosed(solution);
     }
     if (solution.status == QSTD_NO_MEMORY)
     {

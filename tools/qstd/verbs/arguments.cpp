@@ -16,8 +16,8 @@ double LengthArgument(const std::string& text, const std::string& what)
     const std::optional<double> value = ParseReal(Trim(text));
     if (!value)
     {
-        throw WrongUse(fmt::format("{} {}: not a number; write it with a decimal point, such as 12.345", what,
-                                   Quoted(text)));
+        throw WrongUse(
+            fmt::format("{} {}: not a number; write it with a decimal point, such as 12.345", what, Quoted(text)));
     }
     if (std::fabs(*value) > LONGEST_LENGTH)
     {

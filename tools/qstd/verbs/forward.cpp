@@ -74,10 +74,10 @@ Row Compute(const Polar& polar, PointRecord& result)
     return row;
 }
 
-void Draw(const Polar& polar, const PointRecord& result, const std::string& title, const Sink& sink)
+void Draw(const Polar& polar, const PointRecord& result, const Sink& sink)
 {
     FigureWriter* const figure = sink.Figure();
-    figure->Begin({FigureView::Kind::PLAN, title, {}, 0.0});
+    figure->Begin({FigureView::Kind::PLAN, "Point by azimuth and distance", {}, 0.0});
     figure->Add(GivenPoint(polar.from));
     figure->Add(ComputedPoint("new", result));
     figure->Add(FigureLine{PlaceOf(polar.from.point), PlaceOf(result), LineRole::RESULT,
@@ -96,9 +96,9 @@ void RunForward(const ForwardOptions& options, Inputs& inputs, Sink& sink)
     PointRecord result{};
     const Row row = Compute(polar, result);
     const AngDistRecord& observation = polar.observation;
-    std::string title = fmt::format("Forward from {}, azimuth {}, distance {}", polar.from.id,
-                                    sink.AngleText(observation.azimuth),
-                                    sink.LengthText(observation.horizontalDistance));
+    std::string title =
+        fmt::format("Forward from {}, azimuth {}, distance {}", polar.from.id, sink.AngleText(observation.azimuth),
+                    sink.LengthText(observation.horizontalDistance));
     if (polar.hasHeightDifference)
     {
         title += ", height difference " + sink.LengthText(observation.heightDifference);
@@ -108,7 +108,7 @@ void RunForward(const ForwardOptions& options, Inputs& inputs, Sink& sink)
     sink.Add(row);
     if (sink.Figure() != nullptr && row.isComputed)
     {
-        Draw(polar, result, title, sink);
+        Draw(polar, result, sink);
     }
 }
 

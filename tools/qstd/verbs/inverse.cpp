@@ -55,6 +55,17 @@ void Compute(const KnownPoint& from, const KnownPoint& to, AngDistRecord& result
     row.values.insert(row.values.end(), measured.begin(), measured.end());
 }
 
+void Draw(const KnownPoint& from, const KnownPoint& to, const AngDistRecord& result, const Sink& sink)
+{
+    FigureWriter* const figure = sink.Figure();
+    figure->Begin({FigureView::Kind::PLAN, "Inverse", {}, 0.0});
+    figure->Add(GivenPoint(from));
+    figure->Add(GivenPoint(to));
+    figure->Add(FigureLine{PlaceOf(from.point), PlaceOf(to.point), LineRole::RESULT,
+                           sink.LengthText(result.horizontalDistance)});
+    figure->Note("azimuth " + sink.AngleText(result.azimuth));
+}
+
 } // namespace
 
 void RunInverse(const InverseOptions& options, Inputs& inputs, Sink& sink)
@@ -67,21 +78,12 @@ void RunInverse(const InverseOptions& options, Inputs& inputs, Sink& sink)
     AngDistRecord result{};
     Row row;
     Compute(from, to, result, row);
-    const std::string title = fmt::format("Inverse {} - {}", from.id, to.id);
-    sink.Title(title);
+    sink.Title(fmt::format("Inverse {} - {}", from.id, to.id));
     sink.Begin(SECTION);
     sink.Add(row);
-    if (FigureWriter* const figure = sink.Figure())
+    if (sink.Figure() != nullptr && row.isComputed)
     {
-        figure->Begin({FigureView::Kind::PLAN, title, {}, 0.0});
-        figure->Add(GivenPoint(from));
-        figure->Add(GivenPoint(to));
-        if (row.isComputed)
-        {
-            figure->Add(FigureLine{PlaceOf(from.point), PlaceOf(to.point), LineRole::RESULT,
-                                   sink.LengthText(result.horizontalDistance)});
-            figure->Note("azimuth " + sink.AngleText(result.azimuth));
-        }
+        Draw(from, to, result, sink);
     }
 }
 

@@ -41,19 +41,20 @@ Row Compute(const PlanLine& line, const LinePlace& place, PointRecord& result)
     return row;
 }
 
-void Draw(const PlanLine& line, const LinePlace& place, const PointRecord& result, const std::string& title,
-          const Sink& sink)
+void Draw(const PlanLine& line, const LinePlace& place, const PointRecord& result, const Sink& sink)
 {
     FigureWriter* const figure = sink.Figure();
     PointRecord foot{};
     QCogoOffsetToCoord(&line.first.point, &line.second.point, place.chainage, 0.0, &foot);
-    figure->Begin({FigureView::Kind::PLAN, title, {}, 0.0});
+    figure->Begin({FigureView::Kind::PLAN, "Point by chainage and offset", {}, 0.0});
     figure->Add(DrawnLine(line.definition, {foot}, false));
     figure->Add(GivenPoint(line.first));
     figure->Add(GivenPoint(line.second));
     figure->Add(FigureTick{PlaceOf(foot), DirectionOf(line.definition, false), sink.LengthText(place.chainage)});
     figure->Add(FigureLine{PlaceOf(foot), PlaceOf(result), LineRole::OFFSET, sink.LengthText(std::fabs(place.offset))});
     figure->Add(ComputedPoint("new", result));
+    figure->Note("chainage " + sink.LengthText(place.chainage));
+    figure->Note(fmt::format("offset {} {}", sink.LengthText(std::fabs(place.offset)), SideText(place.offset, sink)));
 }
 
 } // namespace
@@ -68,16 +69,14 @@ void RunOffset(const OffsetOptions& options, Inputs& inputs, Sink& sink)
 
     PointRecord result{};
     const Row row = Compute(line, place, result);
-    const std::string title =
-        fmt::format("Point by {} - {}: chainage {}, offset {} {}", line.first.id, line.second.id,
-                    sink.LengthText(place.chainage), sink.LengthText(std::fabs(place.offset)),
-                    SideText(place.offset, sink));
-    sink.Title(title);
+    sink.Title(fmt::format("Point along {} - {}: chainage {}, offset {} {}", line.first.id, line.second.id,
+                           sink.LengthText(place.chainage), sink.LengthText(std::fabs(place.offset)),
+                           SideText(place.offset, sink)));
     sink.Begin(SECTION);
     sink.Add(row);
     if (sink.Figure() != nullptr && row.isComputed)
     {
-        Draw(line, place, result, title, sink);
+        Draw(line, place, result, sink);
     }
 }
 

@@ -17,6 +17,16 @@ namespace {
 /** Of the piece that carries the points: so much is drawn beyond either end. */
 constexpr double OVERHANG = 0.08;
 
+/** A text that looks like a name is taken for one: the reader of points knows the names that are near. */
+[[noreturn]] void RejectEnd(const std::string& text, const std::string& azimuthProblem, Inputs& inputs)
+{
+    if (text.find_first_of("0123456789") != 0)
+    {
+        inputs.Point(text);
+    }
+    throw WrongUse(fmt::format("line to {}: no known point, and no azimuth: {}", Quoted(text), azimuthProblem));
+}
+
 } // namespace
 
 bool PlanLine::IsByPoints() const
@@ -40,8 +50,7 @@ PlanLine ReadLine(const LineArgument& argument, Inputs& inputs)
     const ParsedAngle azimuth = ParseAngle(argument.second, inputs.BareAngles());
     if (!azimuth.problem.empty())
     {
-        throw WrongUse(fmt::format("line {} {}: the second is no known point, and as an azimuth {}",
-                                   Quoted(argument.first), Quoted(argument.second), azimuth.problem));
+        RejectEnd(argument.second, azimuth.problem, inputs);
     }
     line.definition.azimuth = azimuth.units;
     line.definition.mode = LINE_BY_AZIMUTH;

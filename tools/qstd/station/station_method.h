@@ -1,0 +1,46 @@
+/**
+ * @file station_method.h
+ * The ways of computing a station, and which of them a set-up calls for.
+ */
+#ifndef QSTD_STATION_METHOD_H
+#define QSTD_STATION_METHOD_H
+
+#include "station/set_up.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qstd {
+
+enum class StationMethod
+{
+    MULTI,       /**< least squares over all sights */
+    TWO_POINT,   /**< two targets, at least one distance */
+    THREE_POINT, /**< directions to three targets */
+    KNOWN_LINE,  /**< two points of a line with a known start and direction */
+    AUTO         /**< one of these, by what the set-up holds */
+};
+
+/** As the command line names it, such as two-point. */
+std::string_view MethodName(StationMethod method);
+
+/** As people name it, such as two-point resection. */
+std::string_view MethodTitle(StationMethod method);
+
+struct MethodChoice
+{
+    StationMethod method = StationMethod::MULTI;
+    std::string reason; /**< what of the set-up decided */
+};
+
+/**
+ * The method that fits the used sights: two-point for one sight each to two targets with a distance, three-point for
+ * one sight each to three targets without distances, multi for more. The known line only where none of these can do
+ * anything and the azimuth of the line is given.
+ */
+MethodChoice ChooseMethod(const std::vector<PreparedSight>& sights, bool hasLineAzimuth);
+
+} // namespace qstd
+
+#endif

@@ -1,0 +1,326 @@
+#include "verbs/arc.h"
+
+#include "text/status_name.h"
+#include "verbs/arc_definition.h"
+#include "verbs/arguments.h"
+#include "verbs/plan_shapes.h"
+#include "verbs/stake_figure.h"
+#include "verbs/standing.h"
+
+#include <qstdlib.h>
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace qstd {
+
+namespace {
+
+constexpr double PI = 3.14159265358979323846;
+
+/** Within it the library takes the given end for the end of the arc, and its height for the design height there. */
+constexpr double END_TOLERANCE = 0.05;
+
+/** What lies farther than this many lengths of the arc away would leave no room for the arc on a plan. */
+constexpr double FAR = 2.0;
+
+const Section POINT_SECTION = {"point",
+                               Layout::TABLE,
+                               true,
+                               {{"id", "point", Quantity::TEXT, ""},
+                                {"along", "along", Quantity::LENGTH, ""},
+                                {"offset", "offset", Quantity::LENGTH, ""},
+                                {"side", "side", Quantity::TEXT, ""},
+                                {"height_difference", "above design", Quantity::LENGTH, ""}}};
+
+/** The arc in the plan, with what follows from its parameters. */
+struct Arc
+{
+    ArcDefinition definition;
+    ArcParams params;
+    double startAzimuth; /**< radians from north */
+    Alignment alignment;
+
+    [[nodiscard]] bool TurnsRight() const
+    {
+        return params.radius > 0.0;
+    }
+
+    /** From either end to where the tangents meet; nothing for a half circle and more. */
+    [[nodiscard]] std::optional<double> TangentLength() const
+    {
+        // The last unit of the angle is rounding.
+        const bool isBelowHalf = std::fabs(alignment.Sweep()) < RadiansOf(ANGLE_HALF_CIRCLE - 1);
+        return isBelowHalf ? std::optional<double>(params.radius * std::tan(alignment.Sweep() / 2.0)) : std::nullopt;
+    }
+
+    [[nodiscard]] std::optional<FigurePlace> TangentPoint() const
+    {
+        const std::optional<double> tangent = TangentLength();
+        const Alignment startTangent(definition.from.point, startAzimuth, 0.0);
+        return tangent ? std::optional<FigurePlace>(startTangent.At(*tangent)) : std::nullopt;
+    }
+
+    [[nodiscard]] FigurePlace End() const
+    {
+        return alignment.At(params.length);
+    }
+
+    /** How far the given end lies from the end of the arc. */
+    [[nodiscard]] std::optional<double> Misclosure() const
+    {
+        if (definition.kind != ArcDefinition::Kind::COORDINATES)
+        {
+            return std::nullopt;
+        }
+        const FigurePlace end = End();
+        const PointRecord& given = definition.to.point;
+        return std::hypot(given.northing - end.northing, given.easting - end.easting);
+    }
+};
+
+Arc ArcOf(const ArcDefinition& definition, const ArcParams& params, bool isSouth)
+{
+    const double azimuth = RadiansOf(WithinCircle(params.startAzimuth)) + (isSouth ? PI : 0.0);
+    return {definition, params, azimuth, Alignment(definition.from.point, azimuth, params.length, params.radius)};
+}
+
+std::string DesignHeight(const Arc& arc, const Sink& sink)
+{
+    const PointRecord& from = arc.definition.from.point;
+    const PointRecord& to = arc.definition.to.point;
+    if ((from.flags & POINT_HAS_HEIGHT) == 0)
+    {
+        return "";
+    }
+    const bool isGraded = (to.flags & POINT_HAS_HEIGHT) != 0 && arc.Misclosure().value_or(HUGE_VAL) < END_TOLERANCE;
+    return isGraded ? fmt::format("from {} to {}", sink.LengthText(from.height), sink.LengthText(to.height))
+                    : fmt::format("{} all along", sink.LengthText(from.height));
+}
+
+Section ArcSection(const Arc& arc, bool isMain)
+{
+    const std::string turn = arc.TurnsRight() ? "turns right" : "turns left";
+    return {"arc",
+            Layout::RECORD,
+            isMain,
+            {{"from", "", Quantity::TEXT, ""},
+             {"to", "", Quantity::TEXT, ""},
+             {"radius", "radius", Quantity::LENGTH, turn},
+             {"turn", "", Quantity::TEXT, ""},
+             {"length", "arc length", Quantity::LENGTH, ""},
+             {"central_angle", "central angle", Quantity::ANGLE, ""},
+             {"start_azimuth", "start tangent", Quantity::ANGLE, ""},
+             {"end_azimuth", "end tangent", Quantity::ANGLE, ""},
+             {"tangent_length", "tangent length", Quantity::LENGTH, ""},
+             {"chord", "chord", Quantity::LENGTH, "from start to end"},
+             {"centre_northing", "centre northing", Quantity::LENGTH, ""},
+             {"centre_easting", "centre easting", Quantity::LENGTH, ""},
+             {"tangent_point_northing", "tangents meet, northing", Quantity::LENGTH, ""},
+             {"tangent_point_easting", "tangents meet, easting", Quantity::LENGTH, ""},
+             {"end_northing", "end northing", Quantity::LENGTH, ""},
+             {"end_easting", "end easting", Quantity::LENGTH, ""},
+             {"misclosure", "misclosure", Quantity::LENGTH,
+              fmt::format("from the end of the arc to {}", arc.definition.to.id)},
+             {"design_height", "design height", Quantity::TEXT, ""},
+             {"start_chainage", "start chainage", Quantity::LENGTH, ""},
+             {"end_chainage", "end chainage", Quantity::LENGTH, ""}}};
+}
+
+void ShowArc(const Arc& arc, const StakeOptions& stakes, bool isMain, Row& row, Sink& sink)
+{
+    const std::optional<double> tangent = arc.TangentLength();
+    const std::optional<FigurePlace> meeting = arc.TangentPoint();
+    const std::optional<double> misclosure = arc.Misclosure();
+    const bool hasChainage = !stakes.chainage.empty();
+    const double chainage = StartChainage(stakes);
+    const FigurePlace centre = arc.alignment.Centre();
+    const FigurePlace end = arc.End();
+    const auto real = [](const std::optional<double>& value) { return value ? RealValue(*value) : Value(); };
+    row.values = {arc.definition.from.id,
+                  arc.definition.to.id,
+                  arc.params.radius,
+                  arc.TurnsRight() ? "right" : "left",
+                  arc.params.length,
+                  AngleOf(std::abs(arc.params.centralAngle)),
+                  AngleOf(WithinCircle(arc.params.startAzimuth)),
+                  AngleOf(WithinCircle(arc.params.endAzimuth)),
+                  real(tangent),
+                  2.0 * std::fabs(arc.params.radius * std::sin(arc.alignment.Sweep() / 2.0)),
+                  centre.northing,
+                  centre.easting,
+                  meeting ? Value(meeting->northing) : Value(),
+                  meeting ? Value(meeting->easting) : Value(),
+                  end.northing,
+                  end.easting,
+                  real(misclosure),
+                  DesignHeight(arc, sink),
+                  hasChainage ? Value(chainage) : Value(),
+                  hasChainage ? Value(chainage + arc.params.length) : Value()};
+    if (misclosure.value_or(0.0) >= END_TOLERANCE)
+    {
+        row.remark = fmt::format("the arc does not end in {}: no circle touches both tangents in the points given; "
+                                 "{} only gives the end tangent its place",
+                                 arc.definition.to.id, arc.definition.to.id);
+    }
+    else if (std::abs(arc.params.centralAngle) >= ANGLE_FULL_CIRCLE - 1)
+    {
+        row.remark = "a full circle";
+    }
+    sink.Begin(ArcSection(arc, isMain));
+    sink.Add(row);
+}
+
+/**
+ * An arc to the left takes a point that is more than a quarter circle before its start as beyond the end, with an angle
+ * that is not the one between the point and the end.
+ */
+bool IsBehindLeftArc(const Arc& arc, const PointRecord& point)
+{
+    if (arc.TurnsRight())
+    {
+        return false;
+    }
+    const FigurePlace centre = arc.alignment.Centre();
+    const double toStart = arc.startAzimuth + PI / 2.0;
+    const double toPoint = std::atan2(point.easting - centre.easting, point.northing - centre.northing);
+    const double turn = std::remainder(toPoint - toStart, 2.0 * PI);
+    return turn > PI / 2.0 && turn < PI;
+}
+
+void Compute(const Arc& arc, const KnownPoint& point, double startChainage, const Sink& sink, Row& row,
+             ArcCalcResult& result)
+{
+    row.status = QREFCalcArc(&point.point, &result);
+    row.isComputed = HasResult(row.status);
+    row.remark.clear();
+    row.values.clear();
+    row.values.emplace_back(point.id);
+    if (!row.isComputed)
+    {
+        row.remark = "the point is the centre of the arc: it has no place along it";
+        IsRefusedForPlan({point}, row);
+        return;
+    }
+    const bool hasHeight = (point.point.flags & arc.definition.from.point.flags & POINT_HAS_HEIGHT) != 0;
+    row.values.emplace_back(startChainage + result.along);
+    row.values.emplace_back(result.offset);
+    row.values.emplace_back(SideOfReference(result.offset, "arc", sink));
+    row.values.emplace_back(hasHeight ? RealValue(result.heightDifference) : Value());
+    if (IsBehindLeftArc(arc, point.point))
+    {
+        row.remark = "far behind the start of an arc to the left: not the distances from its tangent";
+    }
+}
+
+/** What leads to the arc: its tangents, where they meet, its centre. */
+void DrawConstruction(FigureWriter& figure, const Arc& arc)
+{
+    const FigurePlace start = arc.alignment.At(0.0);
+    const FigurePlace end = arc.End();
+    const std::optional<double> tangent = arc.TangentLength();
+    const std::optional<FigurePlace> meeting = arc.TangentPoint();
+    if (meeting && std::fabs(*tangent) < FAR * arc.params.length)
+    {
+        figure.Add(FigureLine{start, *meeting, LineRole::CONSTRUCTION, ""});
+        figure.Add(FigureLine{*meeting, end, LineRole::CONSTRUCTION, ""});
+        const std::optional<KnownPoint>& via = arc.definition.via;
+        figure.Add(
+            FigurePoint{via ? FigureName(*via, "PI") : "PI", *meeting, via ? PointRole::GIVEN : PointRole::COMPUTED});
+    }
+    if (std::fabs(arc.params.radius) < FAR * arc.params.length)
+    {
+        const FigurePlace centre = arc.alignment.Centre();
+        figure.Add(FigureLine{centre, start, LineRole::CONSTRUCTION, ""});
+        figure.Add(FigureLine{centre, end, LineRole::CONSTRUCTION, ""});
+        figure.Add(FigurePoint{"centre", centre, PointRole::COMPUTED});
+    }
+}
+
+void DrawArc(FigureWriter& figure, const Arc& arc, const Sink& sink)
+{
+    const FigurePlace start = PlaceOf(arc.definition.from.point);
+    const double toStart = arc.startAzimuth - (arc.TurnsRight() ? PI / 2.0 : -PI / 2.0);
+    figure.Add(FigureArc{arc.alignment.Centre(), std::fabs(arc.params.radius), toStart, arc.alignment.Sweep(),
+                         LineRole::REFERENCE, ""});
+    DrawConstruction(figure, arc);
+    figure.Add(FigurePoint{FigureName(arc.definition.from, "A"), start, PointRole::GIVEN});
+    const bool endsThere = arc.Misclosure().value_or(HUGE_VAL) < END_TOLERANCE;
+    if (arc.definition.kind == ArcDefinition::Kind::COORDINATES)
+    {
+        figure.Add(FigurePoint{FigureName(arc.definition.to, "B"), PlaceOf(arc.definition.to.point), PointRole::GIVEN});
+    }
+    if (!endsThere)
+    {
+        figure.Add(FigurePoint{"end", arc.End(), PointRole::COMPUTED});
+    }
+    figure.Note(fmt::format("radius {}, turns {}", sink.LengthText(std::fabs(arc.params.radius)),
+                            arc.TurnsRight() ? "right" : "left"));
+    figure.Note(fmt::format("length {}", sink.LengthText(arc.params.length)));
+    figure.Note(fmt::format("central angle {}", sink.AngleText(std::abs(arc.params.centralAngle))));
+}
+
+std::string TitleOf(const ArcDefinition& arc)
+{
+    return arc.kind == ArcDefinition::Kind::COORDINATES ? fmt::format("Arc from {} to {}", arc.from.id, arc.to.id)
+                                                        : fmt::format("Arc from {}", arc.from.id);
+}
+
+/** The list of points. */
+void StakeOut(const Arc& arc, const ArcOptions& options, Inputs& inputs, Sink& sink, StakeFigure& stakeFigure)
+{
+    const double startChainage = StartChainage(options.stakes);
+    StakeList stakes(options.stakes, inputs);
+    sink.Begin(POINT_SECTION);
+    Row row;
+    KnownPoint point;
+    ArcCalcResult result{};
+    while (stakes.Next(point))
+    {
+        Compute(arc, point, startChainage, sink, row, result);
+        sink.Add(row);
+        if (row.isComputed)
+        {
+            const bool hasHeight = std::holds_alternative<double>(row.values.back());
+            stakeFigure.Add(point, result.along, result.offset,
+                            hasHeight ? std::optional<double>(point.point.height - result.heightDifference)
+                                      : std::nullopt);
+        }
+    }
+}
+
+} // namespace
+
+void RunArc(const ArcOptions& options, Inputs& inputs, Sink& sink)
+{
+    const SimulatedInstrument instrument = InstrumentFrom(options.instrument, sink.Options().unit);
+    const InstrumentConnection connection(instrument);
+    const ArcDefinition definition = ReadArc(options, inputs);
+    const double startChainage = StartChainage(options.stakes);
+    const bool hasPoints = !options.stakes.table.empty() || !options.stakes.points.empty();
+    sink.Title(TitleOf(definition));
+    Row row;
+    const std::optional<ArcParams> params = DefineArc(definition, row);
+    if (!params)
+    {
+        AddRefusal(hasPoints ? POINT_SECTION
+                             : ArcSection({definition, {}, 0.0, {definition.from.point, 0.0, 0.0}}, true),
+                   row, sink);
+        return;
+    }
+    const Arc arc = ArcOf(definition, *params, options.instrument.isSouthAzimuth);
+    ShowArc(arc, options.stakes, !hasPoints, row, sink);
+    StakeFigure stakeFigure(sink, arc.alignment, startChainage);
+    if (FigureWriter* const figure = stakeFigure.Begin("Stake-out along an arc"))
+    {
+        DrawArc(*figure, arc, sink);
+    }
+    if (hasPoints)
+    {
+        StakeOut(arc, options, inputs, sink, stakeFigure);
+    }
+    stakeFigure.Finish();
+}
+
+} // namespace qstd

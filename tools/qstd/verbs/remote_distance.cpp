@@ -1,0 +1,148 @@
+#include "verbs/remote_distance.h"
+
+#include "text/outcome.h"
+#include "text/status_name.h"
+#include "verbs/arguments.h"
+#include "verbs/plan_shapes.h"
+#include "verbs/standing.h"
+#include "verbs/typed_sight.h"
+
+#include <qstdlib.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace qstd {
+
+namespace {
+
+Section SectionOf(bool isSingle)
+{
+    return {"distance",
+            isSingle ? Layout::RECORD : Layout::TABLE,
+            true,
+            {{"from", "from", Quantity::TEXT, ""},
+             {"to", "to", Quantity::TEXT, ""},
+             {"azimuth", "azimuth", Quantity::ANGLE, ""},
+             {"horizontal_distance", isSingle ? "horizontal distance" : "horizontal", Quantity::LENGTH, ""},
+             {"slope_distance", isSingle ? "slope distance" : "slope", Quantity::LENGTH, ""},
+             {"height_difference", isSingle ? "height difference" : "height diff.", Quantity::LENGTH, ""}}};
+}
+
+/** A leg from one point to another. */
+struct Leg
+{
+    KnownPoint from;
+    KnownPoint to;
+    int32_t status = QSTD_OK;
+    RemoteDistanceResult result = {};
+
+    /** Points above each other have distances, though no azimuth. */
+    [[nodiscard]] bool IsComputed() const
+    {
+        return HasResult(status) || status == QSTD_COINCIDENT_POINTS;
+    }
+};
+
+Leg Measure(const KnownPoint& from, const KnownPoint& to)
+{
+    Leg leg;
+    leg.from = from;
+    leg.to = to;
+    leg.status = QRDMCalcByCoord(&from.point, &to.point, &leg.result);
+    return leg;
+}
+
+Row RowOf(const Leg& leg)
+{
+    Row row;
+    row.status = leg.status;
+    row.isComputed = leg.IsComputed();
+    row.values = {leg.from.id, leg.to.id};
+    if (leg.status == QSTD_COINCIDENT_POINTS)
+    {
+        row.remark = "equal northing and easting: no azimuth";
+    }
+    if (row.isComputed)
+    {
+        // Without both heights the library computes in the plane; there is no slope to show then.
+        const bool isSpatial = HasHeight(leg.from) && HasHeight(leg.to);
+        row.values.insert(row.values.end(), {AngleOf(leg.result.azimuth), RealValue(leg.result.horizontalDistance),
+                                             isSpatial ? RealValue(leg.result.slopeDistance) : Value(),
+                                             isSpatial ? RealValue(leg.result.heightDifference) : Value()});
+    }
+    return row;
+}
+
+std::string Letter(size_t place)
+{
+    return std::to_string(place + 1);
+}
+
+void Draw(FigureWriter& figure, const std::vector<KnownPoint>& points, const std::vector<Leg>& legs, const Sink& sink)
+{
+    FigureView view;
+    view.title = legs.size() == 1 ? "Remote distance" : "Remote distances";
+    figure.Begin(view);
+    for (const Leg& leg : legs)
+    {
+        if (leg.IsComputed())
+        {
+            figure.Add(FigureLine{PlaceOf(leg.from.point), PlaceOf(leg.to.point), LineRole::RESULT,
+                                  sink.LengthText(leg.result.horizontalDistance)});
+        }
+    }
+    for (size_t i = 0; i < points.size(); ++i)
+    {
+        if (HasPlan(points[i]))
+        {
+            figure.Add(FigurePoint{FigureName(points[i], Letter(i)), PlaceOf(points[i].point), PointRole::SIGHTED});
+        }
+    }
+    figure.Note("lengths along the lines are horizontal distances");
+}
+
+} // namespace
+
+void RunRemoteDistance(const RemoteDistanceOptions& options, Inputs& inputs, Sink& sink)
+{
+    if (options.points.size() < 2)
+    {
+        throw WrongUse("a distance needs two points; give A B, or A B C... for several");
+    }
+    const Standing standing = StandingFrom(options.instrument, inputs, sink.Options().unit);
+    const InstrumentConnection connection(standing.instrument);
+    const double targetHeight = LengthArgument(options.targetHeight, "--target-height");
+
+    std::vector<KnownPoint> points;
+    for (const std::string& text : options.points)
+    {
+        points.push_back(MeasuredPoint(text, standing, targetHeight, inputs));
+    }
+    std::vector<Leg> legs;
+    for (size_t i = 1; i < points.size(); ++i)
+    {
+        legs.push_back(Measure(points[options.isRadial ? 0 : i - 1], points[i]));
+    }
+
+    sink.Title(legs.size() == 1   ? fmt::format("Distance {} - {}", points[0].id, points[1].id)
+               : options.isRadial ? fmt::format("Distances from {}", points[0].id)
+                                  : "Distances from each point to the next");
+    sink.Begin(SectionOf(legs.size() == 1));
+    for (const Leg& leg : legs)
+    {
+        sink.Add(RowOf(leg));
+    }
+    if (FigureWriter* const figure = sink.Figure())
+    {
+        std::vector<FigurePlace> places;
+        std::transform(points.begin(), points.end(), std::back_inserter(places),
+                       [](const KnownPoint& point) { return PlaceOf(point.point); });
+        Draw(*figure, points, legs, sink);
+        DrawSights(*figure, standing, places);
+    }
+}
+
+} // namespace qstd

@@ -1,0 +1,24 @@
+/**
+ * @file stationing.h
+ * Round stations along a reference, for the ticks of a plan.
+ */
+#ifndef QSTD_STATIONING_H
+#define QSTD_STATIONING_H
+
+#include <string>
+#include <vector>
+
+namespace qstd {
+
+struct RoundStation
+{
+    double chainage = 0.0;
+    std::string label; /**< with no more decimals than the step needs */
+};
+
+/** Multiples of 1, 2 or 5 times a power of ten between two chainages, at most 15; fewer than 5 never where there are. */
+std::vector<RoundStation> RoundStations(double from, double to);
+
+} // namespace qstd
+
+#endif

@@ -1,0 +1,217 @@
+#include "verbs/transfer.h"
+
+#include "text/status_name.h"
+#include "text/text.h"
+#include "verbs/arguments.h"
+#include "verbs/plan_shapes.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace qstd {
+
+namespace {
+
+/** Moved to the side by less than this part of the offset, a line has gone elsewhere. */
+constexpr double SIDEWAYS = 1.0 - 1e-6;
+
+/** A line by azimuth has no end: so many offsets of it are drawn, or so much where there is no offset. */
+constexpr double DRAWN_OFFSETS = 4.0;
+constexpr double DRAWN_LENGTH = 10.0;
+
+const Section SECTION = {"line",
+                         Layout::RECORD,
+                         true,
+                         {{"line", "", Quantity::TEXT, ""},
+                          {"azimuth", "azimuth", Quantity::ANGLE, ""},
+                          {"library_azimuth", "", Quantity::COUNT, ""},
+                          {"first_northing", "first northing", Quantity::LENGTH, ""},
+                          {"first_easting", "first easting", Quantity::LENGTH, ""},
+                          {"first_height", "first height", Quantity::LENGTH, ""},
+                          {"second_northing", "second northing", Quantity::LENGTH, ""},
+                          {"second_easting", "second easting", Quantity::LENGTH, ""},
+                          {"second_height", "second height", Quantity::LENGTH, ""}}};
+
+struct Transfer
+{
+    PlanLine line;
+    AngleUnit rotation = 0;
+    double offset = 0.0;
+    bool isSouth = false;
+};
+
+/** An angle with a sign: a rotation has two senses, other angles of the command line have one. */
+AngleUnit Rotation(const std::string& text, const Inputs& inputs)
+{
+    const std::string plain(Trim(text));
+    if (plain.empty())
+    {
+        return 0;
+    }
+    return plain.front() == '-' ? -inputs.Angle(plain.substr(1), "rotation") : inputs.Angle(plain, "rotation");
+}
+
+/** Direction of the transferred line in the instrument's reference, within the circle. */
+AngleUnit Azimuth(const Transfer& transfer, const LineDef& result)
+{
+    if (!transfer.line.IsByPoints())
+    {
+        return WithinCircle(transfer.line.definition.azimuth + transfer.rotation);
+    }
+    AngDistRecord direction{};
+    QCogoCoordToAngDist(&result.first, &result.second, &direction);
+    return direction.azimuth;
+}
+
+/** The library shifts a line by azimuth along an azimuth that is mostly not the one at right angles. */
+std::string ShiftRemark(const Transfer& transfer, const LineDef& result, const Sink& sink)
+{
+    if (transfer.line.IsByPoints() || transfer.offset == 0.0)
+    {
+        return "";
+    }
+    LineDef turned = transfer.line.definition;
+    turned.azimuth = WithinCircle(turned.azimuth + transfer.rotation);
+    const double shift = PlaceOnLine(turned, result.first, transfer.isSouth).offset;
+    if (shift / transfer.offset >= SIDEWAYS)
+    {
+        return "";
+    }
+    return fmt::format("the library shifts a line by azimuth 45.4 degrees off the right angle: it now lies {} {}, not "
+                       "{}; give two points to shift it at right angles",
+                       sink.LengthText(std::fabs(shift)), SideText(shift, sink),
+                       sink.LengthText(std::fabs(transfer.offset)));
+}
+
+Row Compute(const Transfer& transfer, LineDef& result, const Sink& sink)
+{
+    Row row;
+    row.values = {LineName(transfer.line, sink)};
+    if (IsRefusedLine(transfer.line, row))
+    {
+        return row;
+    }
+    row.status = QCogoCalcTransLine(&transfer.line.definition, transfer.rotation, transfer.offset, &result);
+    row.isComputed = HasResult(row.status);
+    if (!row.isComputed)
+    {
+        return row;
+    }
+    row.values.insert(row.values.end(),
+                      {AngleOf(Azimuth(transfer, result)), int64_t{result.azimuth}, RealValue(result.first.northing),
+                       RealValue(result.first.easting), HeightOf(result.first)});
+    if (transfer.line.IsByPoints())
+    {
+        row.values.insert(row.values.end(), {RealValue(result.second.northing), RealValue(result.second.easting),
+                                             HeightOf(result.second)});
+    }
+    row.remark = ShiftRemark(transfer, result, sink);
+    return row;
+}
+
+/** What was done to the line: turned, shifted. */
+std::vector<std::string> Steps(const Transfer& transfer, const Sink& sink)
+{
+    std::vector<std::string> steps;
+    if (transfer.rotation != 0)
+    {
+        const AngleUnit turn = transfer.rotation < 0 ? -transfer.rotation : transfer.rotation;
+        steps.push_back(
+            fmt::format("turned {} {}", sink.AngleText(turn), transfer.rotation > 0 ? "clockwise" : "anticlockwise"));
+    }
+    if (transfer.offset != 0.0)
+    {
+        steps.push_back(fmt::format("shifted {} {}", sink.LengthText(std::fabs(transfer.offset)),
+                                    transfer.offset > 0.0 ? "to the right" : "to the left"));
+    }
+    return steps;
+}
+
+std::string Title(const Transfer& transfer, const Sink& sink)
+{
+    std::string title = "Transfer of " + LineName(transfer.line, sink);
+    for (const std::string& step : Steps(transfer, sink))
+    {
+        title += ", " + step;
+    }
+    return title;
+}
+
+FigureLine Drawn(const PointRecord& first, double direction, double length, LineRole role)
+{
+    const FigurePlace from = {first.northing, first.easting, std::nullopt};
+    return {from,
+            {first.northing + length * std::cos(direction), first.easting + length * std::sin(direction), std::nullopt},
+            role,
+            ""};
+}
+
+void DrawByAzimuth(const Transfer& transfer, const LineDef& result, FigureWriter& figure)
+{
+    LineDef turned = transfer.line.definition;
+    turned.azimuth = WithinCircle(turned.azimuth + transfer.rotation);
+    const double offset = std::fabs(transfer.offset);
+    const double length = offset > 0.0 ? offset * DRAWN_OFFSETS : DRAWN_LENGTH;
+    figure.Add(Drawn(transfer.line.first.point, DirectionOf(transfer.line.definition, transfer.isSouth), length,
+                     LineRole::REFERENCE));
+    figure.Add(Drawn(result.first, DirectionOf(turned, transfer.isSouth), length, LineRole::RESULT));
+}
+
+void DrawByPoints(const Transfer& transfer, const LineDef& result, FigureWriter& figure)
+{
+    const PlanLine& line = transfer.line;
+    figure.Add(FigureLine{PlaceOf(line.first.point), PlaceOf(line.second.point), LineRole::REFERENCE, ""});
+    figure.Add(FigureLine{PlaceOf(result.first), PlaceOf(result.second), LineRole::RESULT, ""});
+    figure.Add(GivenPoint(line.second));
+    figure.Add(ComputedPoint("new " + line.second.id, result.second));
+}
+
+void Draw(const Transfer& transfer, const LineDef& result, const Sink& sink)
+{
+    FigureWriter& figure = *sink.Figure();
+    figure.Begin({FigureView::Kind::PLAN, "Transferred line", {}, 0.0});
+    figure.Add(GivenPoint(transfer.line.first));
+    if (transfer.offset != 0.0)
+    {
+        figure.Add(ComputedPoint("new " + transfer.line.first.id, result.first));
+    }
+    if (transfer.line.IsByPoints())
+    {
+        DrawByPoints(transfer, result, figure);
+    }
+    else
+    {
+        DrawByAzimuth(transfer, result, figure);
+    }
+    for (const std::string& step : Steps(transfer, sink))
+    {
+        figure.Note(step);
+    }
+    figure.Note("new azimuth " + sink.AngleText(Azimuth(transfer, result)));
+}
+
+} // namespace
+
+void RunTransfer(const TransferOptions& options, Inputs& inputs, Sink& sink)
+{
+    Transfer transfer;
+    transfer.line = ReadLine(options.line, inputs);
+    transfer.rotation = Rotation(options.rotation, inputs);
+    transfer.offset = options.offset.empty() ? 0.0 : LengthArgument(options.offset, "offset");
+    transfer.isSouth = options.instrument.isSouthAzimuth;
+    const SimulatedInstrument instrument = InstrumentFrom(options.instrument, sink.Options().unit);
+    const InstrumentConnection connection(instrument);
+
+    LineDef result{};
+    const Row row = Compute(transfer, result, sink);
+    sink.Title(Title(transfer, sink));
+    sink.Begin(SECTION);
+    sink.Add(row);
+    if (sink.Figure() != nullptr && row.isComputed)
+    {
+        Draw(transfer, result, sink);
+    }
+}
+
+} // namespace qstd

@@ -1,0 +1,81 @@
+#include "verbs/typed_sight.h"
+
+#include "input/row_reader.h"
+#include "text/outcome.h"
+#include "text/text.h"
+#include "verbs/arguments.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace qstd {
+
+namespace {
+
+double ParseDistance(const std::string& text, const std::string& what)
+{
+    const double distance = LengthArgument(text, what);
+    if (distance <= 0.0)
+    {
+        throw WrongUse(fmt::format("{} {}: not above 0; give the measured slope distance", what, Quoted(text)));
+    }
+    return distance;
+}
+
+} // namespace
+
+std::vector<std::string> PartsOf(const std::string& text)
+{
+    std::vector<std::string> parts;
+    size_t begin = 0;
+    for (size_t comma = text.find(','); comma != std::string::npos; comma = text.find(',', begin))
+    {
+        parts.emplace_back(Trim(std::string_view(text).substr(begin, comma - begin)));
+        begin = comma + 1;
+    }
+    parts.emplace_back(Trim(std::string_view(text).substr(begin)));
+    return parts;
+}
+
+bool LooksLikeSight(const std::string& text)
+{
+    const std::vector<std::string> parts = PartsOf(text);
+    return parts.size() > 1 &&
+           !std::all_of(parts.begin(), parts.end(), [](const std::string& part) { return ParseReal(part); });
+}
+
+TypedSight ParseSight(const std::string& text, const std::string& what, SightParts least, const Inputs& inputs)
+{
+    static const std::vector<std::string> FORMS = {"HZ or HZ,V such as 123-45-10,88-30-00",
+                                                   "HZ,V such as 123-45-10,88-30-00",
+                                                   "HZ,V,SD such as 123-45-10,88-30-00,25.480"};
+    const std::vector<std::string> parts = PartsOf(text);
+    const auto form = static_cast<size_t>(least);
+    if (parts.size() < form + 1 || parts.size() > 3)
+    {
+        throw WrongUse(fmt::format("{} {}: write the sight as {}", what, Quoted(text), FORMS[form]));
+    }
+    TypedSight sight;
+    sight.circle = inputs.Angle(parts[0], what + ": circle reading");
+    if (parts.size() > 1)
+    {
+        sight.zenith = inputs.Angle(parts[1], what + ": zenith reading");
+    }
+    if (parts.size() > 2)
+    {
+        sight.slopeDistance = ParseDistance(parts[2], what + ": slope distance");
+    }
+    return sight;
+}
+
+FaceOneSight InFaceOne(AngleUnit circle, AngleUnit zenith)
+{
+    if (zenith < ANGLE_HALF_CIRCLE)
+    {
+        return {circle, zenith};
+    }
+    return {WithinCircle(circle + ANGLE_HALF_CIRCLE), ANGLE_FULL_CIRCLE - zenith};
+}
+
+} // namespace qstd
