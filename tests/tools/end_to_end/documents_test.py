@@ -31,7 +31,22 @@ class Documents(Case):
             self.assertEqual(output, (done.stdout + done.stderr).decode(), command)
 
     def test_the_manual(self):
-        self.check("docs/tool.md", 2)
+        self.check("docs/tool.md", 0)
+        self.check("docs/verbs/coordinate-geometry.md", 9)
+        self.check("docs/verbs/measurement.md", 7)
+        self.check("docs/verbs/references.md", 3)
+        self.check("docs/verbs/station.md", 4)
+        self.check("docs/verbs/replay.md", 1)
+
+    def test_the_readme(self):
+        self.check("README.md", 2)
+
+    def test_every_function_has_its_verb(self):
+        functions = (SOURCES / "tests/boundary/exported_symbols.txt").read_text(encoding="utf-8").split()
+        table = (SOURCES / "docs/tool.md").read_text(encoding="utf-8").partition("## Which function is where")[2]
+        self.assertEqual(len(functions), 37)
+        for function in functions:
+            self.assertIn(f"`{function}`", table)
 
 
 if __name__ == "__main__":
