@@ -276,6 +276,10 @@ class Cogo(CogoCase):
         found = self.one("foot", "5,0", "--line", "0,0", "10,0")
         self.assertIsNone(found["azimuth_degrees"])
         self.assertIn("on the line", self.text("foot", "5,0", "--line", "0,0", "10,0"))
+        # Points of the line but for rounding: the direction of what is left would be noise.
+        for tenths in range(1, 30):
+            place = f"{1000 + tenths * 0.3!r},{2000 + tenths * 0.1!r}"
+            self.assertIsNone(self.one("foot", place, "--line", "1000,2000", "1030,2010")["azimuth_degrees"], place)
 
     def test_foot_on_a_line_to_the_east_says_why_it_has_no_height(self):
         found = self.one("foot", "5,5", "--line", "0,0,1", "0,10,2")

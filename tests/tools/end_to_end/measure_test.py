@@ -33,7 +33,7 @@ class Measure(Family):
     # --- remote elevation
 
     def test_height_above_the_base_is_taken_at_the_distance_of_the_base(self):
-        # Level base at 40 m; a sight 10 degrees up is 40 tan 10 = 7.0531 above the reflector, 1.6 more above the ground.
+        # Level base at 40 m; a sight 10 degrees up is 40 tan 10 = 7.0531 above the reflector, 1.6 more above ground.
         found = self.record("rem", "10-00-00,90-00-00,40", "10-00-00,80-00-00", "--target-height", "1.6")
         self.assertAlmostEqual(found["height_above_base"], 40 * math.tan(math.radians(10)) + 1.6, delta=1e-6)
         self.assertEqual(found["offset"], 0.0)
@@ -56,8 +56,8 @@ class Measure(Family):
 
     def test_base_may_be_a_point_seen_from_the_station(self):
         # 30 m north of the station and level with the axis; circle zero points east, so that it is read at 270.
-        found = self.record("rem", "30,0,11.5", "270-00-00,45-00-00", "--station", "0,0,10", "--orientation", "90-00-00",
-                            "--instrument-height", "1.5")
+        found = self.record("rem", "30,0,11.5", "270-00-00,45-00-00", "--station", "0,0,10", "--orientation",
+                            "90-00-00", "--instrument-height", "1.5")
         self.assertAlmostEqual(found["height_above_base"], 30.0, delta=1e-6)
         self.assertAlmostEqual(found["offset"], 0.0, delta=1e-6)
         self.assertAlmostEqual(found["height"], 41.5, delta=1e-6)
@@ -134,7 +134,7 @@ class Measure(Family):
         self.assertAlmostEqual(found["height_difference"], 0.0, delta=1e-6)
 
     def test_reflector_and_instrument_height_of_a_sighted_point(self):
-        # From 10 + 1.5, 20 m up 60 degrees from the vertical: + 10, reflector 2 above the point: 19.5; known point at 10.
+        # From 10 + 1.5, 20 m at 60 degrees from the vertical: + 10; the reflector is 2 above the point: 19.5.
         found = self.record("distance", "0,0,10", "0-00-00,60-00-00,20", "--station", "0,0,10",
                             "--instrument-height", "1.5", "--target-height", "2")
         self.assertAlmostEqual(found["height_difference"], 9.5, delta=1e-6)
@@ -505,7 +505,7 @@ class Measure(Family):
                 self.expect(DONE, name, *arguments, "--svg", self.path(name + ".svg"))
                 with open(self.path(name + ".svg"), "rb") as file:
                     sheet = ElementTree.fromstring(file.read())
-                texts = " ".join("".join(element.itertext()) for element in sheet.iter() if element.tag.endswith("text"))
+                texts = " ".join("".join(part.itertext()) for part in sheet.iter() if part.tag.endswith("text"))
                 self.assertIn({"corner": "corner", "column": "radius 1.0000", "edge": "edge", "rod": "0.5000",
                                "distance": "60.0000", "slope": "design slope"}[name], texts)
 
@@ -521,8 +521,8 @@ class MeasureCases(Family):
         self.assertAlmostEqual(found["horizontal_distance"], 4029.889, delta=0.0011)
 
     def test_distances_between_two_points_in_space(self):
-        # zsiki/ls at 6c33a6d, calculation.py module test. Printed: 45 and 225 degrees, 70.7107, 71.4143; tolerances 0.1",
-        # 0.00006.
+        # zsiki/ls at 6c33a6d, calculation.py module test. Printed: 45 and 225 degrees, 70.7107, 71.4143; tolerances
+        # 0.1", 0.00006.
         there, back = self.objects("distance", "200,100,20", "250,150,30", "200,100,20")
         for found, azimuth in [(there, 45.0), (back, 225.0)]:
             self.assertAlmostEqual(found["azimuth_degrees"], azimuth, delta=0.1 / 3600)
@@ -530,8 +530,8 @@ class MeasureCases(Family):
             self.assertAlmostEqual(found["slope_distance"], 71.4143, delta=6e-5)
 
     def test_remote_elevation_over_detail_point_102(self):
-        # zsiki/GeoEasy at 7b3baf6, doc/step_by_step.rst "Detail points"; readings src/demodata/test1.geo: detail point 102
-        # as base. A level sight gives minus its height difference by the published heights,
+        # zsiki/GeoEasy at 7b3baf6, doc/step_by_step.rst "Detail points"; readings src/demodata/test1.geo: detail point
+        # 102 as base. A level sight gives minus its height difference by the published heights,
         # 123.932 + 1.64 - (126.819 + 1.2) = -2.447; tolerance 0.0016.
         found = self.record("rem", "244-18-26,89-01-24,143.526", "244-18-26,90-00-00")
         self.assertAlmostEqual(found["height_above_base"], -2.447, delta=0.0016)

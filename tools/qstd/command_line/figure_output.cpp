@@ -117,8 +117,8 @@ std::string FigureOutput::StartWriting()
     if (problem.empty() && !options.geoJson.empty())
     {
         problem = geoJsonStream.Open(options.geoJson);
-        geoJson = std::make_unique<FigureGeoJson>([this](std::string_view text) { geoJsonStream.Write(text); },
-                                                  options.unit);
+        geoJson =
+            std::make_unique<FigureGeoJson>([this](std::string_view text) { geoJsonStream.Write(text); }, options.unit);
     }
     return problem;
 }
@@ -139,7 +139,8 @@ void FigureOutput::Begin(const FigureView& view)
     }
 }
 
-template <typename Part> void FigureOutput::Forward(const Part& part)
+template <typename Part>
+void FigureOutput::Forward(const Part& part)
 {
     if (!isWriting)
     {

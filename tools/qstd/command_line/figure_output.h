@@ -75,7 +75,8 @@ public:
     std::string Commit();
 
 private:
-    template <typename Part> void Forward(const Part& part);
+    template <typename Part>
+    void Forward(const Part& part);
     void CheckPlan() const;
 
     const OutputOptions& options;

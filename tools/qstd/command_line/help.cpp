@@ -198,7 +198,7 @@ std::vector<size_t> BreaksOf(const std::string& command)
 {
     std::vector<size_t> breaks;
     char quote = '\0';
-    for (size_t i = 0; i + 2 < command.size(); ++i)
+    for (size_t i = 0; i + 1 < command.size(); ++i)
     {
         const char letter = command[i];
         if (quote == '\0' && (letter == '\'' || letter == '"'))
@@ -275,8 +275,8 @@ std::string WrappedCommand(const std::string& command, size_t width)
 std::string ProgramHelp(const CommandLine& commandLine)
 {
     return fmt::format("Usage: qstd VERB [OPTION]... [ARGUMENT]...\n\n{}{}{}{}\n{}",
-                       Wrapped(PROGRAM_DESCRIPTION, WIDTH), VerbList(commandLine),
-                       Options(UsageOf(commandLine.App())), ExitCodes(),
+                       Wrapped(PROGRAM_DESCRIPTION, WIDTH), VerbList(commandLine), Options(UsageOf(commandLine.App())),
+                       ExitCodes(),
                        "qstd VERB --help tells all about a verb, the manual pages qstd and qstd-VERB\n"
                        "show examples with what they print.\n");
 }
@@ -284,8 +284,7 @@ std::string ProgramHelp(const CommandLine& commandLine)
 std::string VerbHelp(const Verb& verb)
 {
     const Usage usage = UsageOf(*verb.app);
-    const std::string description =
-        verb.text.description.empty() ? "" : "\n" + Wrapped(verb.text.description, WIDTH);
+    const std::string description = verb.text.description.empty() ? "" : "\n" + Wrapped(verb.text.description, WIDTH);
     return fmt::format("Usage: {}\n\n{}{}{}{}{}{}{}", Synopsis(verb), Wrapped(verb.text.summary, WIDTH), description,
                        Arguments(usage), Options(usage), Types(usage), Examples(verb.text.examples), ExitCodes());
 }

@@ -1,5 +1,6 @@
 #include "command_line/manual.h"
 
+#include "command_line/help.h"
 #include "command_line/program_text.h"
 #include "command_line/usage.h"
 #include "text/text.h"
@@ -16,6 +17,9 @@
 namespace qstd {
 
 namespace {
+
+/** What a page leaves for an example on a terminal of 80 columns. */
+constexpr size_t WIDTH = 66;
 
 /** The code point of a valid sequence of UTF-8. */
 uint32_t CodePoint(std::string_view sequence)
@@ -109,8 +113,9 @@ std::string Italic(std::string_view text)
 std::string Header(const std::string& name)
 {
     std::string capitals = name;
-    std::transform(capitals.begin(), capitals.end(), capitals.begin(),
-                   [](char letter) { return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter; });
+    std::transform(capitals.begin(), capitals.end(), capitals.begin(), [](char letter) {
+        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter;
+    });
     return fmt::format(".TH \"{}\" 1 \"\" \"qstd {}\" \"Surveying calculations\"\n", RoffLiteral(capitals),
                        RoffLiteral(QSTD_VERSION));
 }
@@ -224,7 +229,7 @@ std::string Examples(const std::vector<Example>& examples)
     for (const Example& example : examples)
     {
         text += fmt::format(".PP\n{}:\n.PP\n.RS 4\n{}.RE\n", RoffProse(example.purpose),
-                            Literal("$ " + example.command + "\n" + example.output));
+                            Literal(WrappedCommand("$ " + example.command, WIDTH) + "\n" + example.output));
     }
     return text.empty() ? "" : Heading("EXAMPLES") + text;
 }

@@ -201,17 +201,17 @@ void AddCorner(CommandLine& commandLine)
              "\n\nWith --station the sight is given, too, that the instrument will read to the corner (to a reflector "
              "--target-height above it), in the face that it is in.",
          {{"From sights: two points on the first wall, one on the second",
-           "qstd corner 288-26-06,90-00-00,31.6228 292-37-11.5,90-00-00,26 315-00-00,90-00-00,28.2843 --station "
+           "qstd corner 288-26-05.8,90-00-00,31.6228 292-37-11.5,90-00-00,26 315-00-00,90-00-00,28.2843 --station "
            "100,240,10",
            "Corner of two walls at a right angle, from three points\n"
            "\n"
            "  northing              110.0000  m\n"
-           "  easting               219.9999  m\n"
+           "  easting               220.0000  m\n"
            "  height                 10.0000  m  of the last point\n"
-           "  circle reading     296-33-53.6  expected, face one\n"
+           "  circle reading     296-33-54.0  expected, face one\n"
            "  zenith angle        90-00-00.0  expected, face one\n"
            "  slope distance         22.3607  m  expected\n"},
-          {"Walls at any angle, from coordinates", "qstd corner 0,0,5 0,10,5 20,30,5.2 10,20,5.2",
+          {"Walls at any angle, from coordinates", "qstd corner 0,0,5 0,8,5 20,30,5.2 10,20,5.2",
            "Corner of two walls, from four points\n"
            "\n"
            "  northing    0.0000  m\n"

@@ -42,6 +42,15 @@ std::vector<NamedPath> FilesOf(const CLI::App& app, bool isWritten)
     return files;
 }
 
+/** A path without links and dots, as far as it exists; empty where that cannot be found out. */
+std::filesystem::path Canonical(const std::string& path)
+{
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    const std::filesystem::path canonical = std::filesystem::weakly_canonical(absolute, error);
+    return error ? std::filesystem::path() : canonical;
+}
+
 /** True for two paths to one file, which need not exist yet. */
 bool IsSameFile(const std::string& one, const std::string& other)
 {
@@ -50,10 +59,8 @@ bool IsSameFile(const std::string& one, const std::string& other)
     {
         return true;
     }
-    std::error_code otherError;
-    const bool isSamePath =
-        std::filesystem::weakly_canonical(one, error) == std::filesystem::weakly_canonical(other, otherError);
-    return isSamePath && !error && !otherError;
+    const std::filesystem::path canonical = Canonical(one);
+    return !canonical.empty() && canonical == Canonical(other);
 }
 
 } // namespace

@@ -14,19 +14,20 @@ constexpr int MOST_UNITS = 1000000;
 
 VerbText ReplayText()
 {
-    return {"replay",
-            "General",
-            "Make calls of the library from a file, and record or compare their results",
-            "CALLS holds one call a line, as a JSON object: the name of an exported function in \"call\" and its "
-            "arguments by their names. Settings and the instrument are driven by calls, too. Empty lines and lines that "
-            "begin with # are skipped. All lines are read before the first call is made; when one is no call, none is "
-            "made.\n\n"
-            "The calls are made in order. The result of each, with its status and all outputs, is written as a JSON "
-            "object on a line. Such a recording can be compared with a later run: --expect tells each difference as "
-            "file, line, name of the value, what was expected and what came, and exit code 1 follows.",
-            {{"One call, from standard input",
-              "echo '{\"call\":\"QCogoCalcSlopeByDist\",\"horizontal\":40,\"vertical\":3}' | qstd replay -",
-              "{\"call\":\"QCogoCalcSlopeByDist\",\"slope\":{\"grade\":7.5,\"ratio\":13.333333333333334}}\n"}}};
+    return {
+        "replay",
+        "General",
+        "Make calls of the library from a file, and record or compare their results",
+        "CALLS holds one call a line, as a JSON object: the name of an exported function in \"call\" and its "
+        "arguments by their names. Settings and the instrument are driven by calls, too. Empty lines and lines that "
+        "begin with # are skipped. All lines are read before the first call is made; when one is no call, none is "
+        "made.\n\n"
+        "The calls are made in order. The result of each, with its status and all outputs, is written as a JSON "
+        "object on a line. Such a recording can be compared with a later run: --expect tells each difference as "
+        "file, line, name of the value, what was expected and what came, and exit code 1 follows.",
+        {{"One call, from standard input",
+          "echo '{\"call\":\"QCogoCalcSlopeByDist\",\"horizontal\":40,\"vertical\":3}' | qstd replay -",
+          "{\"call\":\"QCogoCalcSlopeByDist\",\"slope\":{\"grade\":7.5,\"ratio\":13.333333333333334}}\n"}}};
 }
 
 } // namespace

@@ -39,7 +39,21 @@ VerbText StationText()
               "printf 'station,target,hz\\nA,14,99-10-24\\nA,12,187-53-01\\nA,13,335-34-21\\n' > sights.csv && "
               "printf 'id,n,e\\n14,4415.08,91164.16\\n12,1475.28,90661.58\\n13,3865.36,84862.54\\n' | "
               "qstd station --method auto --points - --sights sights.csv",
-              ""}}};
+              "Station A  sights.csv:2-4\n"
+              "  3 sights, 3 used: 3 directions, 0 distances; redundancy 0\n"
+              "  three-point resection, chosen for 3 directions and 0 distances to 3 targets\n"
+              "\n"
+              "  northing          2775.2101  m\n"
+              "  easting          89398.5496  m\n"
+              "  height                 none  no target of known height with a zenith reading\n"
+              "  orientation     307-56-28.4\n"
+              "  danger circle      1765.528  m  away; 1\" in a direction moves the station by up to 9.8 mm\n"
+              "  No redundancy: the sights fit exactly, and the precision is unknown.\n"
+              "\n"
+              "  target           hz  used  res \"  across mm\n"
+              "  14       99-10-24.0  yes     0.0       +0.2\n"
+              "  12      187-53-01.0  yes     0.0       +0.1\n"
+              "  13      335-34-21.0  yes     0.0       +0.4\n"}}};
 }
 
 void AddStationTables(Verb& verb, StationOptions& options)
@@ -125,9 +139,27 @@ VerbText BenchmarkText()
             "and benchmark and is reduced by --scale, --sea-level and --refraction, which apply here only.\n\n"
             "With --sights, from each sight of a field book to a point of known height, with the mean of each set-up.",
             {{"A level sight of 1 km, corrected for curvature and refraction",
-              "qstd benchmark 0,1000,100 90d --station 0,0 --refraction 0", ""},
+              "qstd benchmark 0,1000,100 90d --station 0,0 --refraction 0",
+              "Height of the instrument from benchmark 0,1000,100\n"
+              "\n"
+              "  benchmark           0,1000,100\n"
+              "  benchmark height              100.0000  m\n"
+              "  reflector above it              0.0000  m\n"
+              "  zenith angle                90-00-00.0\n"
+              "  by                  zenith angle\n"
+              "  instrument axis                99.9319  m\n"},
              {"From the slope distance to a benchmark, in feet",
-              "qstd benchmark 756.31 85-35-50 145.25 --target-height 5.64 --instrument-height 5.41 --unit ft", ""}}};
+              "qstd benchmark 756.31 85-35-50 145.25 --target-height 5.64 --instrument-height 5.41 --unit ft",
+              "Height of the instrument from benchmark 756.31\n"
+              "\n"
+              "  benchmark           756.31\n"
+              "  benchmark height              756.3100  ft\n"
+              "  reflector above it              5.6400  ft\n"
+              "  zenith angle                85-35-50.0\n"
+              "  height difference              11.1505  ft  axis to reflector\n"
+              "  by                  distance\n"
+              "  instrument axis               750.7995  ft\n"
+              "  ground mark                   745.3895  ft\n"}}};
 }
 
 void AddBenchmark(CommandLine& commandLine)
@@ -142,7 +174,8 @@ void AddBenchmark(CommandLine& commandLine)
     verb.app->add_option("--target-height", options->targetHeight, "Reflector above the benchmark; 0 when not given")
         ->type_name("HEIGHT");
     verb.app
-        ->add_option("--instrument-height", options->instrumentHeight, "Axis above the ground mark; for the mark's height")
+        ->add_option("--instrument-height", options->instrumentHeight,
+                     "Axis above the ground mark; for the mark's height")
         ->type_name("HEIGHT");
     AddPointsOption(verb);
     verb.app

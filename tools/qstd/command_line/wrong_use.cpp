@@ -62,7 +62,8 @@ std::string UnknownOption(const CommandLine& commandLine, const CLI::App& app, c
 {
     const std::string name = word.substr(0, word.find('='));
     const std::string misplaced = &app == &commandLine.App() ? MisplacedOption(commandLine, name) : "";
-    return misplaced.empty() ? fmt::format("no option {}{}", Quoted(name), Proposal(name, OptionNames(app))) : misplaced;
+    return misplaced.empty() ? fmt::format("no option {}{}", Quoted(name), Proposal(name, OptionNames(app)))
+                             : misplaced;
 }
 
 /** True for what is written as an option, not as a number or as standard input. */
@@ -209,7 +210,8 @@ std::string Explanation(const CLI::App& app, const CLI::ParseError& error)
         const std::string named = NamedOption(app, text);
         if (words.empty() && !named.empty())
         {
-            words = fmt::format("{}: {}", named, kind == "ConversionError" ? "not a number that fits here" : Reason(text));
+            words =
+                fmt::format("{}: {}", named, kind == "ConversionError" ? "not a number that fits here" : Reason(text));
         }
     }
     return words.empty() ? text : words;

@@ -295,6 +295,11 @@ void Sink::Add(const Row& row)
     {
         return;
     }
+    // Only text has widths.
+    if (stream == nullptr && options.format != OutputFormat::TEXT)
+    {
+        return;
+    }
     const std::vector<Value> values = Complete(row);
     if (stream == nullptr)
     {

@@ -35,16 +35,17 @@ std::vector<size_t> Candidates(const std::vector<PreparedSight>& sights, const S
     {
         const PreparedSight& sight = sights[i];
         const bool isNew =
-            sight.isUsed ? places.emplace(sight.target->point.northing, sight.target->point.easting).second
-                         : withUnknown && IsToUnknownPoint(sight, setUp, request) &&
-                               unknown.insert(sight.sight->target).second;
+            sight.isUsed
+                ? places.emplace(sight.target->point.northing, sight.target->point.easting).second
+                : withUnknown && IsToUnknownPoint(sight, setUp, request) && unknown.insert(sight.sight->target).second;
         if (isNew)
         {
             candidates.push_back(i);
         }
     }
     std::stable_sort(candidates.begin(), candidates.end(), [&](size_t one, size_t other) {
-        return PlaceInRequest(sights[one].sight->target, request) < PlaceInRequest(sights[other].sight->target, request);
+        return PlaceInRequest(sights[one].sight->target, request) <
+               PlaceInRequest(sights[other].sight->target, request);
     });
     return candidates;
 }
@@ -191,8 +192,8 @@ ClosedResult SolveKnownLine(const std::vector<PreparedSight>& chosen, const Stat
     const ResectObservation direction = DirectionObservation(chosen[1], request.unit);
     ResectResidual residuals[2] = {};
     ClosedResult result;
-    result.status = QSTNKnownLine(&start, &direction, request.lineAzimuth.value_or(AZIMUTH_NOT_GIVEN), &result.station,
-                                  residuals);
+    result.status =
+        QSTNKnownLine(&start, &direction, request.lineAzimuth.value_or(AZIMUTH_NOT_GIVEN), &result.station, residuals);
     if (!request.lineAzimuth)
     {
         result.checks.lineLength = residuals[0].distanceResidual;

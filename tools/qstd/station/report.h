@@ -5,8 +5,8 @@
 #ifndef QSTD_REPORT_H
 #define QSTD_REPORT_H
 
-#include "text/angle_text.h"
 #include "station/station_solution.h"
+#include "text/angle_text.h"
 
 #include <string>
 #include <vector>

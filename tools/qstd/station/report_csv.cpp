@@ -97,10 +97,8 @@ const std::vector<CsvColumn> STATION_COLUMNS = {
      [](const StationSolution& s, size_t, const ReportStyle& style) {
          return LengthCell(If(s.IsSolved() && s.HasHeight(), s.station.heightSpread), style);
      }},
-    {"redundancy",
-     [](const StationSolution& s, size_t, const ReportStyle&) {
-         return s.IsSolved() ? std::to_string(s.Redundancy()) : "";
-     }},
+    {"redundancy", [](const StationSolution& s, size_t,
+                      const ReportStyle&) { return s.IsSolved() ? std::to_string(s.Redundancy()) : ""; }},
 };
 
 // Columns of the sight. Small lengths have their symbol behind the name.
@@ -109,56 +107,35 @@ const std::vector<CsvColumn> SIGHT_COLUMNS = {
      [](const StationSolution& s, size_t i, const ReportStyle&) { return std::to_string(s.sights[i].sight->line); }},
     {"target",
      [](const StationSolution& s, size_t i, const ReportStyle&) { return CsvText(s.sights[i].sight->target); }},
-    {"hz",
-     [](const StationSolution& s, size_t i, const ReportStyle& style) {
-         return FormatAngle(s.sights[i].sight->circle, style.angles);
-     }},
+    {"hz", [](const StationSolution& s, size_t i,
+              const ReportStyle& style) { return FormatAngle(s.sights[i].sight->circle, style.angles); }},
     {"v",
      [](const StationSolution& s, size_t i, const ReportStyle& style) {
          const std::optional<AngleUnit>& zenith = s.sights[i].sight->zenith;
          return zenith ? FormatAngle(*zenith, style.angles) : "";
      }},
-    {"horizontal_distance",
-     [](const StationSolution& s, size_t i, const ReportStyle& style) {
-         return LengthCell(s.sights[i].horizontalDistance, style);
-     }},
-    {"face",
-     [](const StationSolution& s, size_t i, const ReportStyle&) {
-         return std::string(s.sights[i].isFaceTwo ? "2" : "1");
-     }},
-    {"used",
-     [](const StationSolution& s, size_t i, const ReportStyle&) {
-         return std::string(s.sights[i].isUsed ? "1" : "0");
-     }},
+    {"horizontal_distance", [](const StationSolution& s, size_t i,
+                               const ReportStyle& style) { return LengthCell(s.sights[i].horizontalDistance, style); }},
+    {"face", [](const StationSolution& s, size_t i,
+                const ReportStyle&) { return std::string(s.sights[i].isFaceTwo ? "2" : "1"); }},
+    {"used", [](const StationSolution& s, size_t i,
+                const ReportStyle&) { return std::string(s.sights[i].isUsed ? "1" : "0"); }},
     {"direction_residual_seconds",
      [](const StationSolution& s, size_t i, const ReportStyle&) { return SecondsCell(s.residuals[i].direction); }},
-    {"across_residual_",
-     [](const StationSolution& s, size_t i, const ReportStyle& style) {
-         return SmallCell(s.residuals[i].across, style);
-     }},
-    {"distance_residual_",
-     [](const StationSolution& s, size_t i, const ReportStyle& style) {
-         return SmallCell(s.residuals[i].distance, style);
-     }},
-    {"height_residual_",
-     [](const StationSolution& s, size_t i, const ReportStyle& style) {
-         return SmallCell(s.residuals[i].height, style);
-     }},
+    {"across_residual_", [](const StationSolution& s, size_t i,
+                            const ReportStyle& style) { return SmallCell(s.residuals[i].across, style); }},
+    {"distance_residual_", [](const StationSolution& s, size_t i,
+                              const ReportStyle& style) { return SmallCell(s.residuals[i].distance, style); }},
+    {"height_residual_", [](const StationSolution& s, size_t i,
+                            const ReportStyle& style) { return SmallCell(s.residuals[i].height, style); }},
     {"remark", [](const StationSolution& s, size_t i, const ReportStyle&) { return CsvText(s.sights[i].remark); }},
-    {"method",
-     [](const StationSolution& s, size_t, const ReportStyle&) { return std::string(MethodName(s.method)); }},
-    {"northing_less_known_",
-     [](const StationSolution& s, size_t, const ReportStyle& style) {
-         return SmallCell(DifferenceToKnown(s).northing, style);
-     }},
-    {"easting_less_known_",
-     [](const StationSolution& s, size_t, const ReportStyle& style) {
-         return SmallCell(DifferenceToKnown(s).easting, style);
-     }},
-    {"height_less_known_",
-     [](const StationSolution& s, size_t, const ReportStyle& style) {
-         return SmallCell(DifferenceToKnown(s).height, style);
-     }},
+    {"method", [](const StationSolution& s, size_t, const ReportStyle&) { return std::string(MethodName(s.method)); }},
+    {"northing_less_known_", [](const StationSolution& s, size_t,
+                                const ReportStyle& style) { return SmallCell(DifferenceToKnown(s).northing, style); }},
+    {"easting_less_known_", [](const StationSolution& s, size_t,
+                               const ReportStyle& style) { return SmallCell(DifferenceToKnown(s).easting, style); }},
+    {"height_less_known_", [](const StationSolution& s, size_t,
+                              const ReportStyle& style) { return SmallCell(DifferenceToKnown(s).height, style); }},
 };
 
 /** What the set-up without this sight gives, where that was asked for. */
@@ -218,8 +195,8 @@ std::vector<CsvColumn> PickedColumns(const ReportStyle& style)
     std::vector<CsvColumn> picked;
     for (const std::string& name : style.columns)
     {
-        const auto found = std::find_if(all.begin(), all.end(),
-                                        [&name](const CsvColumn& column) { return column.name == name; });
+        const auto found =
+            std::find_if(all.begin(), all.end(), [&name](const CsvColumn& column) { return column.name == name; });
         if (found != all.end())
         {
             picked.push_back(*found);

@@ -87,9 +87,9 @@ std::string HeightLines(const StationSolution& solution, const ReportStyle& styl
     std::string lines = FigureLine("height", FormatFixed(solution.station.position.height, style.decimals), origin);
     if (solution.markHeight)
     {
-        lines += FigureLine("", FormatFixed(*solution.markHeight, style.decimals),
-                            fmt::format("{}  ground mark, ih {}", unit,
-                                        FormatFixed(*solution.setUp->instrumentHeight, 3)));
+        lines +=
+            FigureLine("", FormatFixed(*solution.markHeight, style.decimals),
+                       fmt::format("{}  ground mark, ih {}", unit, FormatFixed(*solution.setUp->instrumentHeight, 3)));
     }
     return lines;
 }
@@ -126,8 +126,8 @@ std::string KnownLine(const StationSolution& solution)
     }
     if (difference.height)
     {
-        text += fmt::format("{}h {} {}", text.empty() ? "" : ", ", SignedLength(difference.height, solution.unit),
-                            symbol);
+        text +=
+            fmt::format("{}h {} {}", text.empty() ? "" : ", ", SignedLength(difference.height, solution.unit), symbol);
     }
     return text.empty() ? "" : fmt::format("  computed less known point: {}\n", text);
 }
@@ -259,26 +259,23 @@ std::vector<std::string> LeftOutRow(const LeftOut& without, const std::string& t
 std::string LeftOutTable(const StationSolution& solution)
 {
     const std::string symbol(SmallLengthSymbol(solution.unit));
-    const std::vector<TextColumn> columns = {{"without", Alignment::LEFT},
-                                             {"n " + symbol, Alignment::RIGHT},
-                                             {"e " + symbol, Alignment::RIGHT},
-                                             {"± n " + symbol, Alignment::RIGHT},
-                                             {"± e " + symbol, Alignment::RIGHT},
-                                             {"direction ± \"", Alignment::RIGHT},
+    const std::vector<TextColumn> columns = {{"without", Alignment::LEFT},        {"n " + symbol, Alignment::RIGHT},
+                                             {"e " + symbol, Alignment::RIGHT},   {"± n " + symbol, Alignment::RIGHT},
+                                             {"± e " + symbol, Alignment::RIGHT}, {"direction ± \"", Alignment::RIGHT},
                                              {"remark", Alignment::LEFT}};
     std::vector<std::vector<std::string>> rows;
     for (size_t i = 0; i < solution.leftOut.size(); ++i)
     {
         if (solution.leftOut[i])
         {
-            rows.push_back(LeftOutRow(*solution.leftOut[i], solution.sights[i].sight->target,
-                                      i == solution.bestLeftOut, solution.unit));
+            rows.push_back(LeftOutRow(*solution.leftOut[i], solution.sights[i].sight->target, i == solution.bestLeftOut,
+                                      solution.unit));
         }
     }
-    const std::string verdict =
-        solution.bestLeftOut         ? ""
-        : solution.Redundancy() <= 1 ? "  Nothing would check the others: no redundancy is left without a sight.\n"
-                                     : "  No sight stands out: without any of them one direction is no more precise.\n";
+    const std::string verdict = solution.bestLeftOut ? ""
+                                : solution.Redundancy() <= 1
+                                    ? "  Nothing would check the others: no redundancy is left without a sight.\n"
+                                    : "  No sight stands out: without any of them one direction is no more precise.\n";
     return FormatTable(columns, rows, "  ") + verdict;
 }
 

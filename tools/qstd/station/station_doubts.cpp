@@ -118,8 +118,8 @@ double MeanDistance(const std::vector<const PreparedSight*>& places, const Point
     double sum = 0.0;
     for (const PreparedSight* const place : places)
     {
-        sum +=
-            std::hypot(place->target->point.northing - station.northing, place->target->point.easting - station.easting);
+        sum += std::hypot(place->target->point.northing - station.northing,
+                          place->target->point.easting - station.easting);
     }
     return sum / static_cast<double>(places.size());
 }
@@ -216,9 +216,9 @@ std::string ShiftText(const std::optional<double>& shift, LinearUnit unit)
 std::string InLineText(const StationDoubts& doubts, LinearUnit unit, AngleForm angles)
 {
     const std::string apart = FormatAngle(doubts.inLineAngle, angles);
-    std::string text = fmt::format(
-        "targets {} and {} are nearly in line with the station, {}", doubts.inLine[0], doubts.inLine[1],
-        doubts.isInLineOpposite ? "opposite but for " + apart : apart + " apart");
+    std::string text =
+        fmt::format("targets {} and {} are nearly in line with the station, {}", doubts.inLine[0], doubts.inLine[1],
+                    doubts.isInLineOpposite ? "opposite but for " + apart : apart + " apart");
     if (doubts.sensitivity)
     {
         text += fmt::format(": 1\" in the direction to {} {}", doubts.sensitivity->direction,

@@ -38,7 +38,8 @@ class PlanDrawing
 {
 public:
     PlanDrawing(const StationSolution& solutionToDraw, const ReportStyle& styleOfFigures)
-        : solution(solutionToDraw), style(styleOfFigures), sheet(ChooseSheet(Extent(solutionToDraw), Needs(solutionToDraw))),
+        : solution(solutionToDraw), style(styleOfFigures),
+          sheet(ChooseSheet(Extent(solutionToDraw), Needs(solutionToDraw))),
           svg(sheet.width, sheet.height, "Station " + SetUpName(*solutionToDraw.setUp)), labels(sheet.frame),
           surround(sheet, svg, {solutionToDraw.unit})
     {

@@ -66,10 +66,10 @@ SightResidual ComputeResidual(const PreparedSight& sight, const StationSolution&
     if (HasHeight(target) && HasHeight(station.position) && sight.zenith)
     {
         const bool isByDistance = sight.verticalDifference && solution.method != StationMethod::THREE_POINT;
-        const double rise = isByDistance
-                                ? *sight.verticalDifference
-                                : FromMetres(RiseByZenith(ToMetres(distance, solution.unit), *sight.zenith, instrument),
-                                             solution.unit);
+        const double rise =
+            isByDistance
+                ? *sight.verticalDifference
+                : FromMetres(RiseByZenith(ToMetres(distance, solution.unit), *sight.zenith, instrument), solution.unit);
         residual.height = target.height + sight.sight->targetHeight - rise - station.position.height;
     }
     return residual;

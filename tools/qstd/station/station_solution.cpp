@@ -69,8 +69,8 @@ void TakeLibraryResidual(SightResidual& residual, const PreparedSight& sight, co
 {
     const PointRecord& target = sight.target->point;
     residual.direction = RadiansOf(fromLibrary.angleResidual);
-    residual.across = *residual.direction * std::hypot(target.northing - station.northing,
-                                                       target.easting - station.easting);
+    residual.across =
+        *residual.direction * std::hypot(target.northing - station.northing, target.easting - station.easting);
     if ((target.flags & POINT_HAS_HEIGHT) != 0 && sight.zenith && sight.horizontalDistance)
     {
         residual.distance = fromLibrary.distanceResidual;

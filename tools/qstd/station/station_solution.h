@@ -46,10 +46,10 @@ constexpr size_t MOST_SIGHTS = 2500;
 struct StationRequest
 {
     StationMethod method = StationMethod::MULTI;
-    std::vector<std::string> targets;      /**< that may take part, in this order; none: all, as the field book has them */
-    std::optional<AngleUnit> lineAzimuth;  /**< of a known line */
-    LinearUnit unit = LinearUnit::METRE;   /**< of the set-up and its points */
-    SimulatedInstrument instrument;        /**< its corrections */
+    std::vector<std::string> targets; /**< that may take part, in this order; none: all, as the field book has them */
+    std::optional<AngleUnit> lineAzimuth; /**< of a known line */
+    LinearUnit unit = LinearUnit::METRE;  /**< of the set-up and its points */
+    SimulatedInstrument instrument;       /**< its corrections */
     bool isLeaveOneOut = false;
 };
 
@@ -75,10 +75,10 @@ struct StationDoubts
 {
     /** Distance of the station from the circle through its targets: of three directions, else where it is a doubt. */
     std::optional<double> circleDistance;
-    bool isWeak = false;                    /**< directions alone, near that circle or in a narrow sector */
-    std::optional<double> commonShift;      /**< of several directions: the station's deviation for 1" in each */
-    std::vector<std::string> inLine;        /**< two targets nearly in line with the station */
-    AngleUnit inLineAngle = 0;              /**< between them, or left to a half circle */
+    bool isWeak = false;               /**< directions alone, near that circle or in a narrow sector */
+    std::optional<double> commonShift; /**< of several directions: the station's deviation for 1" in each */
+    std::vector<std::string> inLine;   /**< two targets nearly in line with the station */
+    AngleUnit inLineAngle = 0;         /**< between them, or left to a half circle */
     bool isInLineOpposite = false;
     std::optional<Sensitivity> sensitivity; /**< of three directions, else where there is a doubt */
     bool hasNoRedundancy = false;
@@ -117,7 +117,7 @@ struct StationSolution
     size_t faceTwo = 0; /**< sights brought to face one */
     ClosedChecks checks;
     StationDoubts doubts;
-    bool isLineByAzimuth = false; /**< a known line whose direction is an azimuth */
+    bool isLineByAzimuth = false;                /**< a known line whose direction is an azimuth */
     std::shared_ptr<const KnownPoint> linePoint; /**< the second point of a known line, where it is not known itself */
     std::vector<std::optional<LeftOut>> leftOut; /**< one a sight, or empty; nothing for a sight that is not used */
     std::optional<size_t> bestLeftOut;           /**< the sight whose removal helps most */

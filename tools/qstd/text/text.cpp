@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -14,6 +15,7 @@ namespace qstd {
 namespace {
 
 constexpr size_t LONGEST_QUOTATION = 40;
+constexpr size_t LONGEST_NUMBER = 512; // 309 digits before the point, and decimals
 
 unsigned char ByteAt(std::string_view text, size_t index)
 {
@@ -104,7 +106,11 @@ std::optional<double> ParseReal(std::string_view text)
 
 std::string FormatFixed(double value, int decimals)
 {
-    std::string digits = fmt::format("{:.{}f}", value, decimals);
+    // Twice as fast as formatting by a format string, which counts in lists of a million lines.
+    std::array<char, LONGEST_NUMBER> buffer{};
+    const std::to_chars_result end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, decimals);
+    std::string digits(buffer.data(), end.ptr);
     return digits.front() == '-' && ReadsZero(digits) ? digits.substr(1) : digits;
 }
 

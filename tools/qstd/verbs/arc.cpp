@@ -22,6 +22,9 @@ constexpr double PI = 3.14159265358979323846;
 /** Within it the library takes the given end for the end of the arc, and its height for the design height there. */
 constexpr double END_TOLERANCE = 0.05;
 
+/** So near to the centre a direction from there is rounding. */
+constexpr double AT_CENTRE = 1e-5;
+
 /** What lies farther than this many lengths of the arc away would leave no room for the arc on a plan. */
 constexpr double FAR = 2.0;
 
@@ -189,6 +192,17 @@ bool IsBehindLeftArc(const Arc& arc, const PointRecord& point)
     return turn > PI / 2.0 && turn < PI;
 }
 
+/** The library refuses the centre itself, but coordinates hardly ever meet it to the last bit. */
+bool IsAtCentre(const Arc& arc, const PointRecord& point, double offset)
+{
+    if (std::fabs(arc.params.radius - offset) > AT_CENTRE)
+    {
+        return false;
+    }
+    const FigurePlace centre = arc.alignment.Centre();
+    return std::hypot(point.northing - centre.northing, point.easting - centre.easting) < AT_CENTRE;
+}
+
 void Compute(const Arc& arc, const KnownPoint& point, double startChainage, const Sink& sink, Row& row,
              ArcCalcResult& result)
 {
@@ -208,7 +222,11 @@ void Compute(const Arc& arc, const KnownPoint& point, double startChainage, cons
     row.values.emplace_back(result.offset);
     row.values.emplace_back(SideOfReference(result.offset, "arc", sink));
     row.values.emplace_back(hasHeight ? RealValue(result.heightDifference) : Value());
-    if (IsBehindLeftArc(arc, point.point))
+    if (IsAtCentre(arc, point.point, result.offset))
+    {
+        row.remark = "the point is the centre of the arc but for rounding: no place along it is better than another";
+    }
+    else if (IsBehindLeftArc(arc, point.point))
     {
         row.remark = "far behind the start of an arc to the left: not the distances from its tangent";
     }

@@ -131,8 +131,7 @@ AxisHeight Solve(const BenchmarkSight& sight, LinearUnit unit)
     {
         return ByZenith(sight, unit);
     }
-    result.height =
-        QSTNSeaLevelCalcByBM(sight.benchmark.point.height, sight.targetHeight, *result.verticalDifference);
+    result.height = QSTNSeaLevelCalcByBM(sight.benchmark.point.height, sight.targetHeight, *result.verticalDifference);
     result.isComputed = std::isfinite(result.height);
     if (!result.isComputed)
     {
@@ -200,8 +199,9 @@ void CheckTyped(const BenchmarkOptions& options)
     }
     if (!options.distance.empty() && HasCorrections(options.instrument))
     {
-        throw WrongUse("--scale, --sea-level and --refraction correct a height by zenith angle alone; leave them out, or "
-                       "leave the distance out and give --station");
+        throw WrongUse(
+            "--scale, --sea-level and --refraction correct a height by zenith angle alone; leave them out, or "
+            "leave the distance out and give --station");
     }
     if (options.distance.empty() && options.instrument.station.empty())
     {
@@ -319,9 +319,8 @@ void RunBook(const BenchmarkOptions& options, Inputs& inputs, Sink& sink)
     size_t others = 0;
     for (const SetUp& setUp : setUps)
     {
-        others += ForEachBenchmark(setUp, points, [&](const BenchmarkSight& sight) {
-            sink.Add(RowOf(sight, sink.Options().unit));
-        });
+        others += ForEachBenchmark(setUp, points,
+                                   [&](const BenchmarkSight& sight) { sink.Add(RowOf(sight, sink.Options().unit)); });
     }
     sink.Begin(MEAN_SECTION);
     for (const SetUp& setUp : setUps)
@@ -356,8 +355,8 @@ double AxisHeightByZenith(const PointRecord& station, const PointRecord& target,
     sight.target = {target.northing - station.northing, target.easting - station.easting, target.height,
                     POINT_HAS_PLAN | POINT_HAS_HEIGHT};
     const double azimuth = std::atan2(sight.target.easting, sight.target.northing);
-    sight.horizontalAngle = WithinCircle(
-        static_cast<AngleUnit>(std::lround(azimuth / RadiansOf(ANGLE_HALF_CIRCLE) * ANGLE_HALF_CIRCLE)));
+    sight.horizontalAngle =
+        WithinCircle(static_cast<AngleUnit>(std::lround(azimuth / RadiansOf(ANGLE_HALF_CIRCLE) * ANGLE_HALF_CIRCLE)));
     sight.zenithAngle = zenith;
     sight.reflectorHeight = targetHeight;
     ResectStation result = {};

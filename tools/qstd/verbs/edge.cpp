@@ -148,7 +148,7 @@ void BeginFigure(FigureWriter& figure, const Edge& edge)
     figure.Add(FigurePoint{FigureName(edge.second, "B"), PlaceOf(second), PointRole::GIVEN});
 }
 
-void DrawFound(FigureWriter& figure, const AngleSight& sight, const Found& found, const Edge& edge,
+void DrawFound(FigureWriter& figure, const std::string& name, const Found& found, const Edge& edge,
                const Standing& standing)
 {
     const FigurePlace target = PlaceOf(found.target);
@@ -168,8 +168,7 @@ void DrawFound(FigureWriter& figure, const AngleSight& sight, const Found& found
         figure.Add(FigureLine{target, PlaceOf(found.onPlane), LineRole::OFFSET, ""});
         figure.Add(FigurePoint{"", PlaceOf(found.onPlane), PointRole::SIGHTED});
     }
-    figure.Add(
-        FigurePoint{sight.target.find(',') == std::string::npos ? sight.target : "", target, PointRole::COMPUTED});
+    figure.Add(FigurePoint{name, target, PointRole::COMPUTED});
 }
 
 } // namespace
@@ -194,7 +193,7 @@ void RunEdge(const EdgeOptions& options, Inputs& inputs, Sink& sink)
     sink.Begin(SectionOf(isSingle, standing));
     SightList sights(options.table, options.sights, options.instrument.station, inputs);
     AngleSight sight;
-    while (sights.Next(sight))
+    for (size_t count = 1; sights.Next(sight); ++count)
     {
         const Found found = Find(edge, sight, standing);
         sink.Add(RowOf(sight, found, standing));
@@ -205,7 +204,9 @@ void RunEdge(const EdgeOptions& options, Inputs& inputs, Sink& sink)
                 BeginFigure(*figure, edge);
                 hasFigureBegun = true;
             }
-            DrawFound(*figure, sight, found, edge, standing);
+            // A sight that was typed has no name; its number is shorter than its text.
+            const bool isTyped = sight.target.find(',') != std::string::npos;
+            DrawFound(*figure, isTyped ? std::to_string(count) : sight.target, found, edge, standing);
         }
     }
     RequireOwnSights(sights, options.instrument.station);

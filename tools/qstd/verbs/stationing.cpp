@@ -2,6 +2,7 @@
 
 #include "text/text.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace qstd {

@@ -16,7 +16,7 @@ struct RoundStation
     std::string label; /**< with no more decimals than the step needs */
 };
 
-/** Multiples of 1, 2 or 5 times a power of ten between two chainages, at most 15; fewer than 5 never where there are. */
+/** Multiples of 1, 2 or 5 times a power of ten between two chainages, 5 to 15 of them; none where there is no length. */
 std::vector<RoundStation> RoundStations(double from, double to);
 
 } // namespace qstd

@@ -13,6 +13,10 @@ namespace qstd {
 
 namespace {
 
+/** What to write, by SightParts. */
+const std::vector<std::string> FORMS = {"HZ or HZ,V such as 123-45-10,88-30-00", "HZ,V such as 123-45-10,88-30-00",
+                                        "HZ,V,SD such as 123-45-10,88-30-00,25.480"};
+
 double ParseDistance(const std::string& text, const std::string& what)
 {
     const double distance = LengthArgument(text, what);
@@ -47,9 +51,6 @@ bool LooksLikeSight(const std::string& text)
 
 TypedSight ParseSight(const std::string& text, const std::string& what, SightParts least, const Inputs& inputs)
 {
-    static const std::vector<std::string> FORMS = {"HZ or HZ,V such as 123-45-10,88-30-00",
-                                                   "HZ,V such as 123-45-10,88-30-00",
-                                                   "HZ,V,SD such as 123-45-10,88-30-00,25.480"};
     const std::vector<std::string> parts = PartsOf(text);
     const auto form = static_cast<size_t>(least);
     if (parts.size() < form + 1 || parts.size() > 3)
