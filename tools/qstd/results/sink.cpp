@@ -419,7 +419,11 @@ void Sink::WriteRecord(const Row& row, const std::vector<Value>& values)
             INDENT + Padded(column.title, titleWidth, true) + INDENT + Padded(cell, valueWidth, IsLeftAligned(column));
         for (const std::string& part : {std::string(Unit(column)), column.note})
         {
-            line += part.empty() ? "" : INDENT + part;
+            if (!part.empty())
+            {
+                line += INDENT;
+                line += part;
+            }
         }
         stream->Write(WithoutTrailingBlanks(line) + "\n");
     }

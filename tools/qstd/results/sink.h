@@ -67,7 +67,7 @@ private:
         std::vector<size_t> widths;  /**< of each shown column, in text; 0 for one that stays empty */
     };
 
-    void Pick(const Section& section, Shown& shown) const;
+    void Pick(const Section& section, Shown& picked) const;
     [[nodiscard]] std::vector<Value> Complete(const Row& row) const;
     void Measure(const std::vector<Value>& values);
     void WriteText(const Row& row, const std::vector<Value>& values);
