@@ -91,6 +91,15 @@ TEST_F(SinkTest, AlignsATableAndLeavesEmptyColumnsOut)
     EXPECT_FALSE(sink->HasFailures());
 }
 
+TEST_F(SinkTest, WritesNoTitlesAboveATableWithoutRows)
+{
+    EXPECT_EQ(Written([](Sink& target) {
+                  target.Title("List");
+                  target.Begin(LIST);
+              }),
+              "List\n");
+}
+
 TEST_F(SinkTest, ShowsWhyARowWasNotComputed)
 {
     const std::string text = Written([](Sink& target) {

@@ -30,12 +30,12 @@ _qstd()
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} verb=${COMP_WORDS[1]}
     # --option=value comes as three words.
     if [[ $current == = ]]; then
-        current=
+        current=''
     elif [[ $previous == = ]]; then
         previous=${COMP_WORDS[COMP_CWORD-2]}
     fi
     COMPREPLY=()
-    local options= takes_files= verbs='{verbs}'
+    local options='' takes_files='' verbs='{verbs}'
     if ((COMP_CWORD == 1)); then
         _qstd_words "$verbs help {options}" "$current"
         return

@@ -259,7 +259,9 @@ std::string WrappedCommand(const std::string& command, size_t width)
         const size_t room = width - (end == command.size() ? 0 : continuation.size());
         if (used > 0 && used + DisplayWidth(piece) > room)
         {
-            result += continuation + "\n " + piece;
+            result += continuation;
+            result += "\n ";
+            result += piece;
             used = 1 + DisplayWidth(piece);
         }
         else

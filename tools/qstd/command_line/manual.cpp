@@ -109,14 +109,17 @@ std::string Italic(std::string_view text)
     return "\\fI" + RoffLiteral(text) + "\\fR";
 }
 
-/** The first line of a page. It has no date: the same sources give the same page. */
+/**
+ * The beginning of a page. It has no date: the same sources give the same page. Names are not divided at the ends of
+ * lines, nor are blanks stretched.
+ */
 std::string Header(const std::string& name)
 {
     std::string capitals = name;
     std::transform(capitals.begin(), capitals.end(), capitals.begin(), [](char letter) {
         return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter;
     });
-    return fmt::format(".TH \"{}\" 1 \"\" \"qstd {}\" \"Surveying calculations\"\n", RoffLiteral(capitals),
+    return fmt::format(".TH \"{}\" 1 \"\" \"qstd {}\" \"Surveying calculations\"\n.nh\n.ad l\n", RoffLiteral(capitals),
                        RoffLiteral(QSTD_VERSION));
 }
 

@@ -12,7 +12,7 @@ const char* const PROGRAM_DESCRIPTION =
 
 const std::vector<Chapter>& Chapters()
 {
-    static const std::vector<Chapter> CHAPTERS = {
+    static const std::vector<Chapter> chapters = {
         {"POINTS",
          "A point is given by its name in the table of --points, or by its coordinates: N,E or N,E,H without blanks, "
          "such as 3587.52,89562.49 or 100,200,10.5. N counts to the north, E to the east, H upwards."},
@@ -43,18 +43,18 @@ const std::vector<Chapter>& Chapters()
          "and figures appear complete or not at all. A long run shows a bar where standard error is a "
          "terminal."},
     };
-    return CHAPTERS;
+    return chapters;
 }
 
 const std::vector<ExitCodeText>& ExitCodeTexts()
 {
-    static const std::vector<ExitCodeText> TEXTS = {
+    static const std::vector<ExitCodeText> texts = {
         {EXIT_ALL_DONE, "All done"},
         {EXIT_NOT_COMPUTED, "Something could not be computed; the rest is there"},
         {EXIT_WRONG_USE, "Wrong use, or output that cannot be written"},
         {EXIT_UNREADABLE, "Input unreadable; nothing was written"},
     };
-    return TEXTS;
+    return texts;
 }
 
 } // namespace qstd

@@ -28,7 +28,7 @@ std::string Preview(const Computation& compute, Inputs& inputs, const OutputOpti
     // The results of this pass go into a file that never gets its name. As text that was not measured they are empty
     // lines, so that there is little of it.
     OutputStream nowhere;
-    const std::string problem = nowhere.Open(figures.AnyPath());
+    std::string problem = nowhere.Open(figures.AnyPath());
     if (!problem.empty())
     {
         return problem;

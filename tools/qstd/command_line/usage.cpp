@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <sstream>
 
 namespace qstd {
@@ -27,7 +28,7 @@ struct TypeEntry
 
 const std::vector<TypeEntry>& TypeEntries()
 {
-    static const std::vector<TypeEntry> ENTRIES = {
+    static const std::vector<TypeEntry> entries = {
         {{"POINT", "Name in the table of --points, or coordinates N,E or N,E,H such as 3587.52,89562.49"},
          {"POINT", "CENTRE"}},
         {{"HZ,V,SD", "Horizontal circle reading, zenith reading and slope distance, without blanks"}, {"HZ"}},
@@ -35,7 +36,7 @@ const std::vector<TypeEntry>& TypeEntries()
                    "bare number needs --angle"},
          {"ANGLE", "AZIMUTH", "HZ"}},
     };
-    return ENTRIES;
+    return entries;
 }
 
 /** What the library calls the types of values whose names the verb has not given. */
@@ -180,7 +181,14 @@ InGroup::InGroup(CLI::App& appOfOptions, const char* group) : app(appOfOptions)
 
 InGroup::~InGroup()
 {
-    app.option_defaults()->group(OWN_GROUP);
+    try
+    {
+        app.option_defaults()->group(OWN_GROUP);
+    }
+    catch (const std::exception&)
+    {
+        std::terminate(); // not with the name of a group that is valid
+    }
 }
 
 std::string Signature(const Parameter& parameter)

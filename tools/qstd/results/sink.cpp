@@ -281,7 +281,9 @@ void Sink::Begin(const Section& section)
     {
         WriteTitles();
     }
-    if (options.format == OutputFormat::TEXT && section.layout == Layout::TABLE)
+    const std::vector<size_t>& widths = shown[begun - 1].widths;
+    const bool hasRows = std::any_of(widths.begin(), widths.end(), [](size_t width) { return width > 0; });
+    if (options.format == OutputFormat::TEXT && section.layout == Layout::TABLE && hasRows)
     {
         Separate();
         WriteTitles();

@@ -187,7 +187,7 @@ std::vector<CsvColumn> AllColumns(const ReportStyle& style)
 /** The columns asked for, in their order. */
 std::vector<CsvColumn> PickedColumns(const ReportStyle& style)
 {
-    const std::vector<CsvColumn> all = AllColumns(style);
+    std::vector<CsvColumn> all = AllColumns(style);
     if (style.columns.empty())
     {
         return all;

@@ -216,6 +216,7 @@ void SolveByClosedMethod(StationSolution& solution, const StationRequest& reques
     }
     CountObservations(solution);
     std::vector<PreparedSight> taken;
+    taken.reserve(chosen.size());
     for (const size_t sight : chosen)
     {
         taken.push_back(solution.sights[sight]);

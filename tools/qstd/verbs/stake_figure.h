@@ -19,8 +19,8 @@ namespace qstd {
 class StakeFigure
 {
 public:
-    /** @param startChainage  added to the stations of the ticks. All must outlive the object */
-    StakeFigure(const Sink& sink, const Alignment& reference, double startChainage);
+    /** @param chainage  of the start, added to the stations of the ticks. All must outlive the object */
+    StakeFigure(const Sink& sinkOfVerb, const Alignment& alignment, double chainage);
 
     /** The plan and its ticks; null where no figure is wanted. */
     FigureWriter* Begin(const std::string& title);

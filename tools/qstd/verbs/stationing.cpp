@@ -56,9 +56,10 @@ std::vector<RoundStation> RoundStations(double from, double to)
     const int decimals = step.exponent < 0 ? std::min(-step.exponent, FINEST) : 0;
     const double first = std::ceil(from / step.Times(1.0) - ROUNDING);
     const double last = std::floor(to / step.Times(1.0) + ROUNDING);
-    for (double count = first; count <= last; count += 1.0)
+    for (int i = 0; i <= static_cast<int>(last - first); ++i)
     {
-        stations.push_back({step.Times(count), FormatFixed(step.Times(count), decimals)});
+        const double chainage = step.Times(first + i);
+        stations.push_back({chainage, FormatFixed(chainage, decimals)});
     }
     return stations;
 }
