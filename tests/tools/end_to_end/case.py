@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import subprocess
+import sys
 import tempfile
 import unittest
 
@@ -14,6 +15,18 @@ EXAMPLES = pathlib.Path(os.environ["QSTD_EXAMPLES"])
 SOURCES = pathlib.Path(os.environ["QSTD_SOURCES"])
 
 DONE, NOT_COMPUTED, WRONG_USE, UNREADABLE = 0, 1, 2, 3
+
+
+# Under the address sanitizer, freed memory is to be used again at once: the peak is then that of the program.
+NO_QUARANTINE = {"ASAN_OPTIONS": "quarantine_size_mb=0:thread_local_quarantine_size_kb=0"}
+
+
+def peak_memory(*arguments):
+    """The most memory that the program held, in units of 1024 bytes on Linux."""
+    script = ("import resource, subprocess, sys; subprocess.run(sys.argv[1:], check=True, stdout=subprocess.DEVNULL); "
+              "print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)")
+    return int(subprocess.check_output([sys.executable, "-c", script, PROGRAM, *arguments],
+                                       env=dict(os.environ, **NO_QUARANTINE)))
 
 
 class Case(unittest.TestCase):

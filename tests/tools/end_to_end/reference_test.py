@@ -7,7 +7,7 @@ import subprocess
 import sys
 import unittest
 
-from case import DONE, NOT_COMPUTED, PROGRAM, UNREADABLE, WRONG_USE, Case
+from case import DONE, NOT_COMPUTED, PROGRAM, UNREADABLE, WRONG_USE, Case, peak_memory
 
 # The line from (0, 0) to (30, 40) has length 50 and runs along (0.6, 0.8); right of it is (-0.8, 0.6).
 LINE = ["line", "0,0,50", "30,40,52"]
@@ -395,13 +395,7 @@ class Reference(ReferenceCase):
     @unittest.skipUnless(sys.platform == "linux", "reads the peak memory as Linux tells it")
     def test_memory_does_not_grow_with_the_list(self):
         line = "".join(f"{i},{i % 997}.5,{i % 1013}.25,{i % 7}\n" for i in range(1000))
-        peaks = []
-        for count in (1, 100):
-            table = self.put(f"points{count}.csv", "id,n,e,h\n" + line * count)
-            script = ("import resource, subprocess, sys; subprocess.run(sys.argv[1:], check=True, "
-                      "stdout=subprocess.DEVNULL); print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)")
-            done = subprocess.run([sys.executable, "-c", script, PROGRAM, *LINE, table], capture_output=True, check=True)
-            peaks.append(int(done.stdout))
+        peaks = [peak_memory(*LINE, self.put(f"points{count}.csv", "id,n,e,h\n" + line * count)) for count in (1, 100)]
         # 100 000 points are 2 MB of text and would be more as records.
         self.assertLess(peaks[1] - peaks[0], 1024)
 

@@ -6,7 +6,7 @@ import subprocess
 import sys
 import unittest
 
-from case import DONE, EXAMPLES, NOT_COMPUTED, PROGRAM, SOURCES, UNREADABLE, WRONG_USE, Case
+from case import DONE, EXAMPLES, NOT_COMPUTED, PROGRAM, SOURCES, UNREADABLE, WRONG_USE, Case, peak_memory
 
 CALLS = EXAMPLES / "replay" / "calls.jsonl"
 RESULTS = EXAMPLES / "replay" / "results.jsonl"
@@ -120,10 +120,7 @@ class Robustness(Case):
 
     def test_memory_does_not_grow_with_the_calls(self):
         def peak(count):
-            calls = self.put("calls.jsonl", HEIGHT * count)
-            script = ("import resource,subprocess,sys; subprocess.run(sys.argv[1:], check=True, "
-                      "stdout=subprocess.DEVNULL); print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)")
-            return int(subprocess.check_output([sys.executable, "-c", script, PROGRAM, "replay", calls]))
+            return peak_memory("replay", self.put("calls.jsonl", HEIGHT * count))
 
         self.assertLess(peak(100000), peak(100) + 2048)
 

@@ -91,7 +91,7 @@ TEST(Calls, TakeTheFlagsOfAPointFromWhatIsGiven)
 
 TEST(Calls, SayWhichRecordsStayUntouched)
 {
-    const Json line = Made("QREFCalc", R"("point":{"northing":5,"easting":0,"flags":0})");
+    const Json line = Referred(R"({"northing":5,"easting":0,"flags":0})");
     EXPECT_EQ(line.dump(), R"({"call":"QREFCalc","status":-1201,"status_name":"QSTD_MISSING_COORDINATES",)"
                            R"("result":"untouched"})");
 }

@@ -35,3 +35,16 @@ TEST(Messages, CountErrorsBeyondTheLimit)
     EXPECT_NE(messages.Text().find("qstd: 1 more error not shown\n"), std::string::npos);
     EXPECT_EQ(messages.Text().find("last"), std::string::npos);
 }
+
+TEST(Messages, OfASecondReadingSayThatTheInputHasChanged)
+{
+    Messages messages;
+    messages.AddWarning("points.csv", 1, "column x is not used");
+    messages.BeginSecondReading();
+    messages.AddWarning("points.csv", 1, "column x is not used");
+    EXPECT_EQ(messages.Text(), "");
+    EXPECT_FALSE(messages.HasErrors());
+    messages.AddError("points.csv", 7, "n \"x\": not a number");
+    EXPECT_TRUE(messages.HasErrors());
+    EXPECT_EQ(messages.Text(), "points.csv:7: changed while it was read: n \"x\": not a number\n");
+}

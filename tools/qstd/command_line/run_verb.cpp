@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <optional>
 
+#include <unistd.h>
+
 namespace qstd {
 
 namespace {
@@ -19,6 +21,15 @@ int Fail(const std::string& text)
 {
     std::fputs(fmt::format("qstd: {}\n", text).c_str(), stderr);
     return EXIT_WRONG_USE;
+}
+
+/** Input that was without errors has some when it is read again only where it has changed: nothing of it is kept. */
+void RequireReadable(const Inputs& inputs)
+{
+    if (inputs.Problems().HasErrors())
+    {
+        throw Unreadable();
+    }
 }
 
 /** What the first pass measured is looked at as a figure. @return empty, or what went wrong */
@@ -38,6 +49,7 @@ std::string Preview(const Computation& compute, Inputs& inputs, const OutputOpti
     Sink sink(quiet, verb);
     sink.StartWriting(nowhere, &figures);
     compute(inputs, sink);
+    RequireReadable(inputs);
     return figures.StartWriting();
 }
 
@@ -63,8 +75,10 @@ int Write(const Computation& compute, Inputs& inputs, Sink& sink, FigureOutput& 
     {
         return Fail(problem);
     }
+    inputs.ShowProgress(sink.Options().output != "-" || isatty(STDOUT_FILENO) == 0);
     sink.StartWriting(stream, figures.IsWanted() ? &figures : nullptr);
     compute(inputs, sink);
+    RequireReadable(inputs);
     if (figures.IsWanted())
     {
         figures.Tell(sink);
@@ -86,7 +100,7 @@ int Compute(const Computation& compute, Messages& messages, Inputs& inputs, Sink
     {
         return EXIT_UNREADABLE;
     }
-    messages.Close();
+    messages.BeginSecondReading();
     FigureOutput figures(sink.Options());
     if (figures.IsWanted())
     {

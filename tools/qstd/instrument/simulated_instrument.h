@@ -59,6 +59,7 @@ class InstrumentConnection
 public:
     /** @param[in] connected  must outlive the connection */
     explicit InstrumentConnection(const SimulatedInstrument& connected);
+    explicit InstrumentConnection(SimulatedInstrument&&) = delete;
     ~InstrumentConnection();
 
     InstrumentConnection(const InstrumentConnection&) = delete;

@@ -326,7 +326,8 @@ std::vector<Value> Sink::Complete(const Row& row) const
 {
     std::vector<Value> values = row.values;
     values.resize(current.columns.size());
-    values.emplace_back(StatusName(row.status));
+    // The library answers some questions without a result by success: a count of 0, an empty record.
+    values.emplace_back(!row.isComputed && row.status == QSTD_OK ? "NOT_COMPUTED" : StatusName(row.status));
     const bool isWrong = !row.isComputed || row.status < 0;
     values.emplace_back(row.remark.empty() && isWrong ? StatusMeaning(row.status) : row.remark);
     return values;
@@ -455,7 +456,8 @@ void Sink::WriteCsv(const std::vector<Value>& values)
         const size_t place = section.places[i];
         line += (i == 0 ? "" : ",") + CsvText(Cell(section.columns[place], values[place]));
     }
-    stream->Write(line + "\n");
+    // A line of nothing would count as no row.
+    stream->Write((line.empty() ? "\"\"" : line) + "\n");
 }
 
 void Sink::WriteJson(const Row& row, const std::vector<Value>& values)

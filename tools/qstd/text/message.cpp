@@ -19,33 +19,26 @@ std::string Compose(std::string_view file, size_t line, std::string_view kind, s
 
 void Messages::AddError(std::string_view file, size_t line, std::string_view text)
 {
-    if (isClosed)
-    {
-        return;
-    }
     if (!IsFull())
     {
-        lines.push_back(Compose(file, line, "", text));
+        lines.push_back(Compose(file, line, isFirstReading ? "" : "changed while it was read: ", text));
     }
     ++errors;
 }
 
 void Messages::AddWarning(std::string_view file, size_t line, std::string_view text)
 {
-    if (isClosed)
-    {
-        return;
-    }
-    if (warnings < LIMIT)
+    if (isFirstReading && warnings < LIMIT)
     {
         lines.push_back(Compose(file, line, "warning: ", text));
     }
     ++warnings;
 }
 
-void Messages::Close()
+void Messages::BeginSecondReading()
 {
-    isClosed = true;
+    isFirstReading = false;
+    lines.clear();
 }
 
 bool Messages::HasErrors() const

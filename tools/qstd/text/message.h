@@ -24,8 +24,11 @@ public:
     /** Something that the reader should know although the computation goes on. */
     void AddWarning(std::string_view file, size_t line, std::string_view text);
 
-    /** Drops what comes from now on: a second reading of the same input would say all again. */
-    void Close();
+    /**
+     * The same input, in which there were no errors, is read again: its warnings are not repeated, and an error means that
+     * it has changed.
+     */
+    void BeginSecondReading();
 
     [[nodiscard]] bool HasErrors() const;
 
@@ -39,7 +42,7 @@ private:
     std::vector<std::string> lines;
     size_t errors = 0;
     size_t warnings = 0;
-    bool isClosed = false;
+    bool isFirstReading = true;
 };
 
 } // namespace qstd
