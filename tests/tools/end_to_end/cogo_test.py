@@ -1,7 +1,9 @@
 """End-to-end tests of the verbs of coordinate geometry and of `qstd angle`."""
 import csv
 import io
+import json
 import math
+import os
 import unittest
 
 from case import DONE, NOT_COMPUTED, UNREADABLE, WRONG_USE, EXAMPLES, Case
@@ -38,6 +40,14 @@ class CogoCase(Case):
         done = self.expect(WRONG_USE, *arguments)
         self.assertEqual(done.stdout, b"")
         return done.stderr.decode()
+
+    def drawn(self, *arguments, code=DONE):
+        """The features of the plan as GeoJSON; none where no plan is written."""
+        self.expect(code, *arguments, "--geojson", "plan.json")
+        if not os.path.exists(self.path("plan.json")):
+            return []
+        with open(self.path("plan.json"), encoding="utf-8") as file:
+            return json.load(file)["features"]
 
     def assert_place(self, found, northing, easting, delta=1e-9, prefix=""):
         self.assertAlmostEqual(found[prefix + "northing"], northing, delta=delta)
@@ -455,6 +465,32 @@ class Cogo(CogoCase):
             plan = file.read()
         self.assertIn("5.0000", plan)
         self.assertNotIn(">1<", plan)
+
+    def test_a_circle_that_is_none_gives_no_plan(self):
+        for others in (["--circle", "0,20", "0"], ["--circle", "0,20", "-3"], ["--line", "1,0", "1,9"]):
+            radius = "-5" if "--line" in others else "5"
+            features = self.drawn("intersect", "--circle", "0,0", radius, *others, code=NOT_COMPUTED)
+            self.assertEqual(features, [], others)
+
+    def test_lines_that_meet_off_the_earth_are_refused(self):
+        # Eastings n and 20000 + 0.0001 n more: equal where n = -20000 / 0.0001 = -2e8, twice the longest length.
+        far = self.refused(0, "intersect", "--line", "0,0", "1000,0", "--line", "0,20000", "10000,20001")
+        self.assertIn("no intersection within 100 000 km", far)
+        self.assertNotIn("centre", far)
+        # Half as far apart less a little: n = -9e7.
+        near = self.one("intersect", "--line", "0,0", "1000,0", "--line", "0,9000", "10000,9001")
+        self.assert_place(near, -9e7, 0, 1)
+
+    def test_foot_without_a_height_is_drawn_in_the_plan(self):
+        # The line runs east along northing 0; [easting, northing] of the foot is [5, 0], 5 below the point.
+        features = self.drawn("foot", "5,5", "--line", "0,0,1", "0,10,2")
+        foot, = [each for each in features if each["properties"]["name"] == "foot"]
+        self.assertEqual(len(foot["geometry"]["coordinates"]), 2)
+        self.assertAlmostEqual(foot["geometry"]["coordinates"][0], 5, delta=1e-9)
+        self.assertAlmostEqual(foot["geometry"]["coordinates"][1], 0, delta=1e-9)
+        perpendicular, = [each for each in features if each["properties"]["role"] == "offset"]
+        self.assertEqual(perpendicular["properties"]["label"], "5.0000")
+        self.assertEqual(perpendicular["geometry"]["coordinates"][1], [5, 5])
 
 
 class CogoCases(CogoCase):

@@ -1,6 +1,7 @@
 """The measurement verbs of qstd: rem, distance, rod, slope, corner, edge, column."""
 import csv
 import io
+import json
 import math
 import unittest
 import xml.etree.ElementTree as ElementTree
@@ -454,6 +455,14 @@ class Measure(Family):
 
     # --- what all share
 
+    def test_instrument_heights_that_are_no_lengths_are_wrong_use(self):
+        for arguments in (("rem", "0d,90d,40", "0d,80d"), ("distance", "0d,90d,30", "90d,90d,40"),
+                          ("corner", "0,0", "10,0", "4,7,2")):
+            for value in ("nan", "inf", "1e300", "1,5"):
+                with self.subTest(arguments[0], value=value):
+                    said = self.refusal(*arguments, "--station", "0,0,10", "--instrument-height", value)
+                    self.assertIn(f'{arguments[0]}: --instrument-height "{value}": ', said)
+
     def test_every_verb_has_help_with_its_example(self):
         for verb in ("rem", "distance", "rod", "slope", "corner", "edge", "column"):
             with self.subTest(verb):
@@ -508,6 +517,41 @@ class Measure(Family):
                 texts = " ".join("".join(part.itertext()) for part in sheet.iter() if part.tag.endswith("text"))
                 self.assertIn({"corner": "corner", "column": "radius 1.0000", "edge": "edge", "rod": "0.5000",
                                "distance": "60.0000", "slope": "design slope"}[name], texts)
+
+    def test_no_line_of_sight_goes_to_a_point_without_plan_coordinates(self):
+        points = self.put("points", "id n e h\nX - - 9\nA 30 40 5\nB 50 60 7\n")
+        self.expect(NOT_COMPUTED, "distance", "A", "X", "B", "--points", points, "--station", "1000,2000,1",
+                    "--geojson", self.path("plan.json"))
+        with open(self.path("plan.json"), encoding="utf-8") as file:
+            features = json.load(file)["features"]
+        ends = [each["geometry"]["coordinates"] for each in features if each["properties"]["role"] == "sight"]
+        self.assertEqual(ends, [[[2000, 1000, 1], [40, 30, 5]], [[2000, 1000, 1], [60, 50, 7]]])
+
+    def test_a_hidden_point_off_the_earth_is_refused(self):
+        # The extension is stretched by measured over nominal spacing: 1 / 1e-300, 1e8 / 1e-305 (above every number) and
+        # 1 / 1e-9, which is 1e9 m; or it starts from a prism 1e8 m off.
+        for arguments in (("0,0,1", "0,0,0", "--spacing", "1e-300", "--extension", "1"),
+                          ("0,0,0", "1e8,0,1", "--spacing", "1e-305", "--extension", "1e8"),
+                          ("0,0,1", "0,0,0", "--spacing", "1e-9", "--extension", "1"),
+                          ("0,0,0", "1e8,0,0", "--extension", "1")):
+            found = self.record("rod", *arguments, code=NOT_COMPUTED)
+            self.assertFalse(found["computed"], arguments)
+            self.assertIn("beyond 100 000 km", found["remark"])
+            self.assertIsNone(found["height"])
+        # 1 / 2e-8 = 5e7 m down is still computed.
+        found = self.record("rod", "0,0,1", "0,0,0", "--spacing", "2e-8", "--extension", "1")
+        self.assertAlmostEqual(found["height"], -5e7, delta=1e-3)
+
+    def test_slope_takes_the_table_before_typed_points(self):
+        table = self.put("list", "id n e h\nb 0 2 9.5\na 0 2 9\n")
+        rows = self.rows("slope", "0,0", "0,3,8", "0,1,8", "--list", table, "--design", "0,10", "4,8")
+        self.assertEqual([row["id"] for row in rows], ["b", "a", "0,3,8", "0,1,8"])
+
+    def test_a_column_whose_face_lies_behind_the_edges_is_refused(self):
+        # The edges lie around north, the face was sighted to the south.
+        text = self.text("column", "180d,90d,10", "355d", "5d", code=NOT_COMPUTED)
+        self.assertIn("outside the two edges", text)
+        self.assertNotIn("radius", text)
 
 
 class MeasureCases(Family):

@@ -464,6 +464,69 @@ class StationMethods(MethodCase):
         refused = [row["remark"] for row in rows if row["kind"] == "benchmark" and not row["computed"]]
         self.assertEqual(refused, 2 * ["no distance, and no coordinates of the station to take it from"])
 
+    def test_a_vertical_sight_gives_no_height_by_zenith_angle(self):
+        # Within a minute of arc of the vertical the library would take one minute, as it does for 0-01-00.
+        for zenith in ("0d", "0-00-59", "179-59-30", "180d", "180-00-30", "359-59-01"):
+            row, = self.objects("benchmark", "100,100,50", zenith, "--station", "0,0", code=NOT_COMPUTED)
+            self.assertEqual((row["computed"], row["status_name"]), (False, "QSTD_VERTICAL_SIGHT"), zenith)
+            self.assertIsNone(row["height"])
+        row, = self.objects("benchmark", "100,100,50", "0-02-00", "--station", "0,0")
+        # Two minutes are whole units of the library: nothing is rounded, though 1/32" would move the height by 63 m.
+        self.assert_near(row["height"], 50 - 100 * math.sqrt(2) / math.tan(math.radians(2 / 60)), 0.01)
+
+    def test_a_horizontal_distance_says_nothing_along_a_vertical_sight(self):
+        for zenith in ("0d", "180d"):
+            row, = self.objects("benchmark", "100", zenith, "10", "--horizontal", code=NOT_COMPUTED)
+            self.assertEqual((row["status_name"], row["height"]), ("QSTD_VERTICAL_SIGHT", None))
+            self.assertIn("horizontal distance", row["remark"])
+        # The slope distance is the height difference: 100 - 10 and 100 + 10.
+        for zenith, height in (("0d", 90), ("180d", 110)):
+            row, = self.objects("benchmark", "100", zenith, "10")
+            self.assert_near(row["height"], height, 1e-9)
+        points = self.put("points.csv", "id,n,e,h\nA,0,0,\nB,100,100,50\nC,100,0,20\n")
+        sights = self.put("sights.csv", "station,target,hz,v,hd\nA,B,0d,180d,10\nA,B,0d,0d,10\nA,B,0d,180d,\n"
+                          "A,C,0d,45d,5\n")
+        rows = self.objects("benchmark", "--points", points, "--sights", sights, code=NOT_COMPUTED)
+        self.assertEqual([row["height"] is None for row in rows[:4]], [True, True, True, False])
+        # 20 - 5 / tan 45d, and the mean over this height alone.
+        self.assert_near(rows[3]["height"], 15, 1e-9)
+        self.assertEqual((rows[4]["kind"], rows[4]["heights"]), ("station_height", 1))
+        self.assert_near(rows[4]["height"], 15, 1e-9)
+
+    def test_a_vertical_sight_with_a_horizontal_distance_takes_no_part_in_a_station(self):
+        for zenith in ("0d", "180d"):
+            station = self.station("id,n,e,h\nN,100,0,10\nE,0,100,10\nS,-100,0,10\n",
+                                   f"station,target,hz,v,hd\nA,N,0d,90d,100\nA,E,90d,90d,100\nA,S,180d,{zenith},5\n")
+            self.assert_station(station, 0, 0, 1e-6)
+            self.assert_near(station["result"]["height"], 10, 1e-9)
+            self.assertEqual((station["sights"][2]["used"], station["sights"][2]["remark"]),
+                             (False, "vertical sight: no direction"))
+
+    def test_numbers_that_are_no_lengths_or_factors_are_wrong_use(self):
+        by_distance = ["benchmark", "100", "88d", "50"]
+        by_zenith = ["benchmark", "0,1000,100", "90d", "--station", "0,0"]
+        beyond = "beyond 100 000 km"
+        for arguments, option in ((by_distance, "--target-height"), (by_distance, "--instrument-height"),
+                                  (by_zenith, "--sea-level"), (["station", *TOWN], "--sea-level")):
+            for value, message in (("nan", "write a number such as 1.55"), ("inf", "not a length"),
+                                   ("-inf", "not a length"), ("1,5", "not a length"), ("1e300", beyond),
+                                   ("-100000001", beyond)):
+                done = self.expect(WRONG_USE, *arguments, f"{option}={value}")
+                self.assertIn(f'{option} "{value}": ', done.stderr.decode())
+                self.assertIn(message, done.stderr.decode())
+                self.assertEqual(done.stdout, b"")
+        for arguments in (by_zenith, ["station", *TOWN]):
+            for value in ("nan", "inf", "1e300", "0", "-1", "1e-300", "x"):
+                done = self.expect(WRONG_USE, *arguments, f"--scale={value}")
+                self.assertIn(f'--scale "{value}": not a scale factor; write a number above 0', done.stderr.decode())
+        row, = self.objects(*by_distance, "--target-height", "-1e8")
+        self.assert_near(row["height"], 100 - 1e8 - 50 * math.cos(math.radians(88)), 1e-6)
+
+    def test_the_checks_of_numbers_are_no_choices_in_the_help(self):
+        text = self.text("benchmark", "--help")
+        self.assertRegex(text, r"\n  --scale FACTOR +Scale factor of plan distances; 1 when not given\n  --sea-level")
+        self.assertRegex(text, r"\n  --target-height HEIGHT +Reflector above the benchmark; 0 when not given\n  --inst")
+
     def test_wrong_use_of_benchmark(self):
         for arguments, message in ((["benchmark"], "which benchmark"),
                                    (["benchmark", "12x", "90d", "5"], "neither a point"),

@@ -1,6 +1,7 @@
 """End-to-end tests of `qstd line`, `qstd arc` and `qstd plane`: command lines in, texts, files and exit codes out."""
 import csv
 import io
+import json
 import math
 import random
 import subprocess
@@ -265,7 +266,7 @@ class Reference(ReferenceCase):
         # 2 pi 10 = 62.83 is the circumference, 500 is cut to it.
         arc, = self.objects("arc", "--from", "0,0", "--tangent", "0d", "--radius", "10", "--length", "500")
         self.near(20.0 * math.pi, arc["length"])
-        self.assertEqual(arc["remark"], "a full circle")
+        self.assertEqual(arc["remark"], "a full circle; an arc that is longer ends here")
 
     def test_the_back_of_an_arc_to_the_left_is_told(self):
         point, = self.points(*LEFT_ARC, "--length", "40", "--point", "-40,-130")
@@ -366,12 +367,23 @@ class Reference(ReferenceCase):
         self.refuse("plane", "1,0,0", "1,9,0", "5,5,5", "--inclined", "--station", "0,0,0", "--sight", "45d,90d",
                     saying="--inclined")
 
+    def test_instrument_heights_that_are_no_lengths_are_wrong_use(self):
+        for value, saying in (("nan", "not a length; write a number such as 1.55"), ("inf", "not a length"),
+                              ("-inf", "not a length"), ("1e300", "beyond 100 000 km")):
+            self.refuse("plane", "10,0,100", "10,20,100", "--station", "0,5,100", "--sight", "0d,80d",
+                        f"--instrument-height={value}", saying=f'--instrument-height "{value}": {saying}')
+
     # --- figures, length ---
 
     def test_figures_are_drawn(self):
         table = self.put("points.csv", "id,n,e\n" + "".join(f"{i},{i * 6 + 1},{i * 8}\n" for i in range(8)))
-        for arguments in ([*LINE, table], [*RIGHT_ARC, "--deflection", "90d", table],
-                          [*self.WALL, "--sight", "45d,60d"]):
+        # One foot each, [easting, northing]. Point 3 is (19, 24): along the line 19 * 0.6 + 24 * 0.8 = 30.6, its foot
+        # 30.6 * (0.6, 0.8). From the centre (0, 100) of the arc it lies (19, -76) away, its foot a radius that way.
+        # The wall 10 m north is met at azimuth 45 degrees 10 m along it; its baseline has height 0.
+        share = 100.0 / math.hypot(19.0, 76.0)
+        for arguments, expected in (([*LINE, table], [30.6 * 0.8, 30.6 * 0.6]),
+                                    ([*RIGHT_ARC, "--deflection", "90d", table], [100.0 - 76.0 * share, 19.0 * share]),
+                                    ([*self.WALL, "--sight", "45d,60d"], [10.0, 10.0, 0.0])):
             self.expect(DONE, *arguments, "--svg", "plan.svg", "--dxf", "plan.dxf", "--geojson", "plan.json")
             with open(self.path("plan.svg"), encoding="utf-8") as file:
                 svg = file.read()
@@ -380,6 +392,10 @@ class Reference(ReferenceCase):
             self.assertIn(">offset<", svg)
             with open(self.path("plan.dxf"), encoding="ascii") as file:
                 self.assertIn("STATIONING", file.read())
+            with open(self.path("plan.json"), encoding="utf-8") as file:
+                features = json.load(file)["features"]
+            feet = [each["geometry"]["coordinates"] for each in features if each["properties"]["role"] == "foot"]
+            self.assertTrue(any(math.dist(expected, foot[:len(expected)]) < 1e-3 for foot in feet), (expected, feet))
 
     def test_offsets_are_drawn_to_the_true_side(self):
         # East of a line that runs north is its right; X in the drawing is the easting.
@@ -398,6 +414,20 @@ class Reference(ReferenceCase):
         peaks = [peak_memory(*LINE, self.put(f"points{count}.csv", "id,n,e,h\n" + line * count)) for count in (1, 100)]
         # 100 000 points are 2 MB of text and would be more as records.
         self.assertLess(peaks[1] - peaks[0], 1024)
+
+    def test_no_offset_is_drawn_from_a_height_that_is_not_known(self):
+        # The line of sight at azimuth 90 degrees from (5, -10) meets the plane E = 0 in (5, 0), whatever its height;
+        # from height 4 it meets it 3 below the first point, at height 7.
+        plane = ["plane", "0,0,7", "10,0,9", "--sight", "90d,90d", "--geojson", "plan.json", "--station"]
+        for station, offsets in (("5,-10", []), ("5,-10,4", ["3.000"])):
+            self.expect(DONE, *plane, station, "--decimals", "3")
+            with open(self.path("plan.json"), encoding="utf-8") as file:
+                features = json.load(file)["features"]
+            labels = [each["properties"]["label"] for each in features if each["properties"]["role"] == "offset"]
+            self.assertEqual(labels, offsets)
+            sighted, = [each for each in features if each["properties"]["role"] == "sighted"]
+            self.near(0.0, sighted["geometry"]["coordinates"][0], 1e-6)
+            self.near(5.0, sighted["geometry"]["coordinates"][1], 1e-6)
 
 
 class ReferenceCases(ReferenceCase):

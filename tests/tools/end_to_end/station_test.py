@@ -240,7 +240,7 @@ class Diagnostics(StationCase):
 
     def test_several_faults_of_both_tables_at_once(self):
         self.assertEqual(self.message("id,n,e\nN,x,0\nN,1,1\nN,1,1\n", "station,target,hz\nA,N\n,N,1d\n"),
-                         'points.csv:2: n "x": not a number; write metres, such as 123.456\n'
+                         'points.csv:2: n "x": not a number; write one such as 123.456\n'
                          'points.csv:4: id "N": given in line 3 already; keep one\n'
                          'sights.csv:2: hz "": empty; a sight needs a circle reading, such as 99-10-24\n'
                          'sights.csv:3: station "": empty; every line needs a name here\n')

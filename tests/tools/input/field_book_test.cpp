@@ -48,10 +48,10 @@ TEST(ReadPoints, TellsOfEveryFaultWithItsLine)
     EXPECT_EQ(PointMessages("id,n,e\n,1,2\n"), "points.csv:2: id \"\": empty; every line needs a name here\n");
     EXPECT_EQ(PointMessages("id,n,e\n11,1,\n"),
               "points.csv:2: e \"\": empty; give both coordinates, or neither for a point of height only\n");
-    EXPECT_EQ(PointMessages("id,n,e\n11,x,2\n"),
-              "points.csv:2: n \"x\": not a number; write metres, such as 123.456\n");
+    EXPECT_EQ(PointMessages("id,n,e\n11,x,2\n"), "points.csv:2: n \"x\": not a number; write one such as 123.456\n");
     EXPECT_EQ(PointMessages("id;n;e\n11;1,5;2\n"), "points.csv:2: n \"1,5\": not a number; write a decimal point\n");
-    EXPECT_EQ(PointMessages("id,n,e\n11,1e9,2\n"), "points.csv:2: n \"1e9\": beyond 100 000 km; write metres\n");
+    EXPECT_EQ(PointMessages("id,n,e\n11,1e9,2\n"),
+              "points.csv:2: n \"1e9\": beyond 100 000 km; no length on the earth is longer\n");
 }
 
 TEST(ReadPoints, RefusesNumbersThatAreNone)

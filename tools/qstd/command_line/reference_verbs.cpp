@@ -1,3 +1,4 @@
+#include "command_line/number_checks.h"
 #include "command_line/verbs.h"
 #include "verbs/arc.h"
 #include "verbs/line.h"
@@ -209,6 +210,7 @@ void AddPlane(CommandLine& commandLine)
     verb.app->add_option("--orientation", instrument.orientation, "Azimuth of the circle's zero; 0 when not given")
         ->type_name("ANGLE");
     verb.app->add_option("--instrument-height", instrument.instrumentHeight, "Axis above the station; 0 when not given")
+        ->check(LengthCheck())
         ->type_name("HEIGHT");
     AddPointsOption(verb);
     AddAzimuthOption(verb);

@@ -1,3 +1,4 @@
+#include "command_line/number_checks.h"
 #include "command_line/usage.h"
 #include "command_line/verbs.h"
 #include "station/station_command.h"
@@ -172,10 +173,12 @@ void AddBenchmark(CommandLine& commandLine)
         ->type_name("LENGTH");
     verb.app->add_flag("--horizontal", options->isHorizontal, "DISTANCE is a horizontal distance");
     verb.app->add_option("--target-height", options->targetHeight, "Reflector above the benchmark; 0 when not given")
+        ->check(LengthCheck())
         ->type_name("HEIGHT");
     verb.app
         ->add_option("--instrument-height", options->instrumentHeight,
                      "Axis above the ground mark; for the mark's height")
+        ->check(LengthCheck())
         ->type_name("HEIGHT");
     AddPointsOption(verb);
     verb.app

@@ -1,4 +1,5 @@
 #include "command_line/command_line.h"
+#include "command_line/number_checks.h"
 #include "command_line/usage.h"
 
 #include <CLI/CLI.hpp>
@@ -45,8 +46,10 @@ void AddCorrectionOptions(Verb& verb)
     const InGroup group(*verb.app, INSTRUMENT_GROUP);
     InstrumentOptions& instrument = verb.common->instrument;
     verb.app->add_option("--scale", instrument.scale, "Scale factor of plan distances; 1 when not given")
+        ->check(FactorCheck())
         ->type_name("FACTOR");
     verb.app->add_option("--sea-level", instrument.seaLevel, "Correct for sea level; mean elevation of the area")
+        ->check(LengthCheck())
         ->type_name("ELEVATION");
     verb.app
         ->add_option("--refraction", instrument.refraction,
@@ -63,6 +66,7 @@ void AddStandingOptions(Verb& verb)
     verb.app->add_option("--orientation", instrument.orientation, "Azimuth of the circle's zero; 0 when not given")
         ->type_name("ANGLE");
     verb.app->add_option("--instrument-height", instrument.instrumentHeight, "Axis above the station; 0 when not given")
+        ->check(LengthCheck())
         ->type_name("HEIGHT");
     verb.app->add_flag("--face-two", instrument.isFaceTwo, "The telescope is in face two");
 }

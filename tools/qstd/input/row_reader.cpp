@@ -41,11 +41,11 @@ std::optional<double> RowReader::Length(std::string_view column, std::optional<s
     {
         Reject(column, text,
                text.find(',') != std::string_view::npos ? "not a number; write a decimal point"
-                                                        : "not a number; write metres, such as 123.456");
+                                                        : "not a number; write one such as 123.456");
     }
     else if (std::fabs(*value) > LONGEST_LENGTH)
     {
-        Reject(column, text, "beyond 100 000 km; write metres");
+        Reject(column, text, "beyond 100 000 km; no length on the earth is longer");
         return std::nullopt;
     }
     return value;

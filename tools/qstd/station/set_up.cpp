@@ -6,7 +6,10 @@ namespace qstd {
 
 namespace {
 
-/** Nearer to the vertical than one minute of arc a sight has no direction. */
+/**
+ * Nearer to the vertical than one minute of arc a sight has no direction; the library takes it for one of one minute
+ * where it reduces a height by zenith angle.
+ */
 constexpr AngleUnit VERTICAL_LIMIT = 60 * 16;
 
 /** A zenith reading of a half circle or more is of face two: the circle turns by a half, the zenith is mirrored. */
@@ -106,10 +109,14 @@ std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& po
     return all;
 }
 
+bool IsVertical(AngleUnit zenith)
+{
+    return zenith < VERTICAL_LIMIT || zenith > ANGLE_HALF_CIRCLE - VERTICAL_LIMIT;
+}
+
 bool IsVertical(const PreparedSight& prepared)
 {
-    return prepared.zenith &&
-           (*prepared.zenith < VERTICAL_LIMIT || *prepared.zenith > ANGLE_HALF_CIRCLE - VERTICAL_LIMIT);
+    return prepared.zenith && IsVertical(*prepared.zenith);
 }
 
 PointRecord PointInMetres(const PointRecord& point, LinearUnit unit)

@@ -36,7 +36,10 @@ std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& po
 /** Brings the distance of a sight to the horizontal: of one to a target that is not known, which is left as read. */
 void ReduceDistance(PreparedSight& prepared);
 
-/** True for a sight so near to the vertical that it has no direction. */
+/** True for a zenith angle in face one so near to the vertical that the sight has no direction. */
+bool IsVertical(AngleUnit zenith);
+
+/** As above, for a sight; false where its zenith was not read. */
 bool IsVertical(const PreparedSight& prepared);
 
 /** A point of the library in metres. */

@@ -169,7 +169,7 @@ void ShowArc(const Arc& arc, const StakeOptions& stakes, bool isMain, Row& row, 
     }
     else if (std::abs(arc.params.centralAngle) >= ANGLE_FULL_CIRCLE - 1)
     {
-        row.remark = "a full circle";
+        row.remark = "a full circle; an arc that is longer ends here";
     }
     sink.Begin(ArcSection(arc, isMain));
     sink.Add(row);

@@ -11,6 +11,16 @@
 
 namespace qstd {
 
+namespace {
+
+/** False for what is no number, too. */
+bool IsLengthOnEarth(double value)
+{
+    return std::fabs(value) <= LONGEST_LENGTH;
+}
+
+} // namespace
+
 double LengthArgument(const std::string& text, const std::string& what)
 {
     const std::optional<double> value = ParseReal(Trim(text));
@@ -19,7 +29,7 @@ double LengthArgument(const std::string& text, const std::string& what)
         throw WrongUse(
             fmt::format("{} {}: not a number; write it with a decimal point, such as 12.345", what, Quoted(text)));
     }
-    if (std::fabs(*value) > LONGEST_LENGTH)
+    if (!IsLengthOnEarth(*value))
     {
         throw WrongUse(fmt::format("{} {}: beyond 100 000 km; no length on the earth is longer", what, Quoted(text)));
     }
@@ -39,6 +49,13 @@ bool IsRefusedForPlan(const PointReferences& points, Row& row)
         }
     }
     return false;
+}
+
+bool IsOnEarth(const PointRecord& point)
+{
+    const bool hasHeight = (point.flags & POINT_HAS_HEIGHT) != 0;
+    return IsLengthOnEarth(point.northing) && IsLengthOnEarth(point.easting) &&
+           (!hasHeight || IsLengthOnEarth(point.height));
 }
 
 std::string SideText(double offset, const Sink& sink)

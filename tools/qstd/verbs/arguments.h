@@ -23,6 +23,9 @@ using PointReferences = std::vector<std::reference_wrapper<const KnownPoint>>;
 /** Where a point has no coordinates in the plan: marks the row as not computed for that reason and returns true. */
 bool IsRefusedForPlan(const PointReferences& points, Row& row);
 
+/** False for a computed point that is no place on the earth: a coordinate not finite, or beyond LONGEST_LENGTH. */
+bool IsOnEarth(const PointRecord& point);
+
 /** In words: to the right, to the left, or on the line where it is printed as 0. */
 std::string SideText(double offset, const Sink& sink);
 

@@ -1,6 +1,7 @@
 #include "verbs/benchmark.h"
 
 #include "input/row_reader.h"
+#include "station/set_up.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "text/text.h"
@@ -69,7 +70,17 @@ const Section MEAN_SECTION = {"station_height",
                                {"mark_height", "ground mark", Quantity::LENGTH, ""},
                                {"height_spread", "spread", Quantity::LENGTH, ""}}};
 
-/** Instrument axis to reflector, from a distance. */
+/**
+ * True where a horizontal distance meets an exactly vertical sight, along which it says nothing. The angle tells: its
+ * tangent at a half circle is not quite 0.
+ */
+bool IsAcrossVertical(const BenchmarkSight& sight)
+{
+    return sight.zenith && !sight.slopeDistance && sight.horizontalDistance &&
+           WithinCircle(*sight.zenith) % ANGLE_HALF_CIRCLE == 0;
+}
+
+/** Instrument axis to reflector, from a distance; not across a vertical sight. */
 std::optional<double> VerticalDifference(const BenchmarkSight& sight)
 {
     if (!sight.zenith)
@@ -111,11 +122,19 @@ AxisHeight ByZenith(const BenchmarkSight& sight, LinearUnit unit)
     {
         return Refused(QSTD_COINCIDENT_POINTS, "no distance, and the station stands on the benchmark");
     }
+    if (IsVertical(*sight.zenith))
+    {
+        return Refused(QSTD_VERTICAL_SIGHT, "the sight is vertical to one minute of arc, and has no distance");
+    }
+    const std::optional<double> height = AxisHeightByZenith(inMetres(*sight.standing), inMetres(target), *sight.zenith,
+                                                            ToMetres(sight.targetHeight, unit));
+    if (!height)
+    {
+        return Refused(QSTD_HEIGHT_UNDETERMINED, "the zenith angle gives no height between these coordinates");
+    }
     AxisHeight result;
     result.isComputed = true;
-    result.height = FromMetres(AxisHeightByZenith(inMetres(*sight.standing), inMetres(target), *sight.zenith,
-                                                  ToMetres(sight.targetHeight, unit)),
-                               unit);
+    result.height = FromMetres(*height, unit);
     return result;
 }
 
@@ -124,6 +143,10 @@ AxisHeight Solve(const BenchmarkSight& sight, LinearUnit unit)
     if (!sight.zenith)
     {
         return Refused(QSTD_HEIGHT_UNDETERMINED, "no zenith reading");
+    }
+    if (IsAcrossVertical(sight))
+    {
+        return Refused(QSTD_VERTICAL_SIGHT, "a horizontal distance says nothing along a vertical sight");
     }
     AxisHeight result;
     result.verticalDifference = VerticalDifference(sight);
@@ -135,7 +158,7 @@ AxisHeight Solve(const BenchmarkSight& sight, LinearUnit unit)
     result.isComputed = std::isfinite(result.height);
     if (!result.isComputed)
     {
-        return Refused(QSTD_VERTICAL_SIGHT, "a horizontal distance says nothing along a vertical sight");
+        return Refused(QSTD_HEIGHT_UNDETERMINED, "the height is beyond all numbers");
     }
     return result;
 }
@@ -334,9 +357,18 @@ void RunBook(const BenchmarkOptions& options, Inputs& inputs, Sink& sink)
     }
 }
 
+/** False for what stands for a height that there is none of. */
+bool IsHeight(const PointRecord& position)
+{
+    return (position.flags & POINT_HAS_HEIGHT) != 0 && std::isfinite(position.height) &&
+           position.height != UNDEFINED_REAL && position.height != NO_STATION_HEIGHT &&
+           position.height != MISSING_VALUE;
+}
+
 } // namespace
 
-double AxisHeightByZenith(const PointRecord& station, const PointRecord& target, AngleUnit zenith, double targetHeight)
+std::optional<double> AxisHeightByZenith(const PointRecord& station, const PointRecord& target, AngleUnit zenith,
+                                         double targetHeight)
 {
     // The library computes this height within a resection. Two auxiliary targets without height, each a metre away with
     // its distance, hold the station in place; coordinates count from there.
@@ -361,8 +393,9 @@ double AxisHeightByZenith(const PointRecord& station, const PointRecord& target,
     sight.reflectorHeight = targetHeight;
     ResectStation result = {};
     std::array<ResectResidual, 3> residuals = {};
-    QSTNMultiResect(static_cast<int16_t>(observations.size()), observations.data(), &result, residuals.data());
-    return result.position.height;
+    const int32_t status =
+        QSTNMultiResect(static_cast<int16_t>(observations.size()), observations.data(), &result, residuals.data());
+    return status == QSTD_OK && IsHeight(result.position) ? std::optional(result.position.height) : std::nullopt;
 }
 
 void RunBenchmark(const BenchmarkOptions& options, Inputs& inputs, Sink& sink)

@@ -32,9 +32,11 @@ void RunBenchmark(const BenchmarkOptions& options, Inputs& inputs, Sink& sink);
  * The height of the axis above a station from a target of known height, by zenith angle alone: the library's reduction,
  * with the corrections of the connected instrument. All lengths in metres.
  *
- * @param zenith  in face one
+ * @param zenith  in face one, not vertical: the library would give a height without meaning there
+ * @return nothing where the library refuses, or gives no height
  */
-double AxisHeightByZenith(const PointRecord& station, const PointRecord& target, AngleUnit zenith, double targetHeight);
+std::optional<double> AxisHeightByZenith(const PointRecord& station, const PointRecord& target, AngleUnit zenith,
+                                         double targetHeight);
 
 } // namespace qstd
 

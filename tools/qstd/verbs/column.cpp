@@ -79,6 +79,11 @@ Found Find(const ColumnSights& sights, const Standing& standing)
     found.status =
         QCalcOfsCircle(&sights.face, 0.0, sights.leftAzimuth, sights.leftZenith, sights.rightAzimuth,
                        sights.rightZenith, &instrument.station, 0.0, &found.expected, &found.centre, &found.radius);
+    if (found.status == QSTD_OK && !(found.radius > 0.0))
+    {
+        // The library notices a face outside the edges on one side of the circle only.
+        found.status = QSTD_MISSING_COORDINATES;
+    }
     return found;
 }
 

@@ -72,6 +72,11 @@ Row Compute(const PlanLine& line, const KnownPoint& point, bool isSouth, Perpend
                                          HeightOf(result.foot), result.place.chainage, result.place.offset, distance,
                                          distance < ON_THE_LINE ? Value() : AngleOf(result.toFoot.azimuth)});
     row.remark = HeightRemark(line, result.foot);
+    if (!std::isfinite(result.foot.height))
+    {
+        // No figure draws a place whose height is no number.
+        result.foot.flags = POINT_HAS_PLAN;
+    }
     return row;
 }
 

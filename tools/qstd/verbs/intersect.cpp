@@ -175,14 +175,15 @@ Solutions OfCircles(const Circle& first, const Circle& second, const Sink& sink)
     return solutions;
 }
 
-/** Centres a hair apart give numbers that are none. */
+/** Centres a hair apart, for one, give numbers that are none. */
 void RefuseUnusable(Solutions& solutions)
 {
     for (size_t i = 0; i < solutions.count; ++i)
     {
-        if (!std::isfinite(solutions.points[i].northing) || !std::isfinite(solutions.points[i].easting))
+        if (!IsOnEarth(solutions.points[i]))
         {
-            solutions = Refusal(QSTD_OK, "the centres are too close to each other for the library to compute");
+            solutions = Refusal(QSTD_OK, "no intersection within 100 000 km: it is farther away, or the two are too "
+                                         "close to parallel or concentric to be computed");
             return;
         }
     }
@@ -277,6 +278,13 @@ void DrawGiven(const Curves& curves, FigureWriter& figure)
     }
 }
 
+/** False where one of the two is none: a picture of the other alone would mislead. */
+bool AreDrawable(const Solutions& solutions)
+{
+    const int32_t status = solutions.refusal.status;
+    return status != QSTD_MISSING_COORDINATES && status != QSTD_COINCIDENT_POINTS && status != QSTD_REJECTED;
+}
+
 /** Drawn without a solution too: the picture shows why there is none. */
 void Draw(const Curves& curves, const Solutions& solutions, bool isSouth, const Sink& sink)
 {
@@ -312,9 +320,7 @@ void RunIntersect(const IntersectOptions& options, Inputs& inputs, Sink& sink)
     const Solutions solutions = Intersect(curves, isSouth, sink);
     sink.Title(Title(curves, sink));
     Report(solutions, sink);
-    const bool areDefined =
-        solutions.refusal.status != QSTD_MISSING_COORDINATES && solutions.refusal.status != QSTD_COINCIDENT_POINTS;
-    if (sink.Figure() != nullptr && areDefined)
+    if (sink.Figure() != nullptr && AreDrawable(solutions))
     {
         Draw(curves, solutions, isSouth, sink);
     }

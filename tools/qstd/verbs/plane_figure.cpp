@@ -80,7 +80,8 @@ void PlaneFigure::Add(const std::string& target, const PlanePlace& place)
         return;
     }
     const FigurePlace sighted = PlaceOf(place.point);
-    if (HasHeight(plane.first))
+    // The offset is drawn from height to height: nothing where one of them is not known.
+    if (HasHeight(plane.first) && sighted.height)
     {
         const FigurePlace foot = OnBaseline(place.along);
         figure->Add(

@@ -11,9 +11,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <iterator>
-
 namespace qstd {
 
 namespace {
@@ -81,6 +78,20 @@ std::string Letter(size_t place)
     return std::to_string(place + 1);
 }
 
+/** Of the points that have one in the plan: without it a line of sight would end at the origin. */
+std::vector<FigurePlace> PlacesOf(const std::vector<KnownPoint>& points)
+{
+    std::vector<FigurePlace> places;
+    for (const KnownPoint& point : points)
+    {
+        if (HasPlan(point))
+        {
+            places.push_back(PlaceOf(point.point));
+        }
+    }
+    return places;
+}
+
 void Draw(FigureWriter& figure, const std::vector<KnownPoint>& points, const std::vector<Leg>& legs, const Sink& sink)
 {
     FigureView view;
@@ -137,11 +148,8 @@ void RunRemoteDistance(const RemoteDistanceOptions& options, Inputs& inputs, Sin
     }
     if (FigureWriter* const figure = sink.Figure())
     {
-        std::vector<FigurePlace> places;
-        std::transform(points.begin(), points.end(), std::back_inserter(places),
-                       [](const KnownPoint& point) { return PlaceOf(point.point); });
         Draw(*figure, points, legs, sink);
-        DrawSights(*figure, standing, places);
+        DrawSights(*figure, standing, PlacesOf(points));
     }
 }
 

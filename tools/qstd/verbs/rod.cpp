@@ -29,6 +29,8 @@ std::string Remark(int32_t status)
 {
     switch (status)
     {
+    case QSTD_OK:
+        return "the hidden point would lie beyond 100 000 km; check the spacing and the extension";
     case QSTD_REJECTED:
         return "the spacing and the distance to the hidden point must not be negative";
     case QSTD_COINCIDENT_POINTS:
@@ -74,8 +76,8 @@ void RunRod(const RodOptions& options, Inputs& inputs, Sink& sink)
     PointRecord hidden{};
     Row row;
     row.status = QCalc2PtTarget(&far.point, &near.point, spacing, extension, &measuredSpacing, &hidden);
-    row.isComputed = HasResult(row.status);
-    row.remark = Remark(row.status);
+    row.isComputed = HasResult(row.status) && IsOnEarth(hidden);
+    row.remark = row.isComputed ? "" : Remark(row.status);
     if (row.isComputed)
     {
         row.values = {RealValue(hidden.northing), RealValue(hidden.easting), RealValue(hidden.height),

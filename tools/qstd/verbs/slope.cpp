@@ -127,19 +127,9 @@ Section RecordOf(const Sink& sink, const Checked& checked)
                      SideOf(sink, checked.result.heightAboveSlope, "cut down to the slope", "fill up to the slope"));
 }
 
-void ForEachPoint(const SlopeOptions& options, const Standing& standing, Inputs& inputs,
-                  const std::function<void(const KnownPoint&)>& visit)
+void ForEachOfTable(const std::string& path, Inputs& inputs, const std::function<void(const KnownPoint&)>& visit)
 {
-    const double targetHeight = LengthArgument(options.targetHeight, "--target-height");
-    for (const std::string& text : options.points)
-    {
-        visit(MeasuredPoint(text, standing, targetHeight, inputs));
-    }
-    if (options.list.empty())
-    {
-        return;
-    }
-    InputTable& table = inputs.Rows(options.list);
+    InputTable& table = inputs.Rows(path);
     const PointRows rows(table.Head(), inputs.Problems());
     if (!rows.HasColumns())
     {
@@ -153,6 +143,21 @@ void ForEachPoint(const SlopeOptions& options, const Standing& standing, Inputs&
         {
             visit(*point);
         }
+    }
+}
+
+/** Those of the table first, then the typed ones, as every verb takes them. */
+void ForEachPoint(const SlopeOptions& options, const Standing& standing, Inputs& inputs,
+                  const std::function<void(const KnownPoint&)>& visit)
+{
+    const double targetHeight = LengthArgument(options.targetHeight, "--target-height");
+    if (!options.list.empty())
+    {
+        ForEachOfTable(options.list, inputs, visit);
+    }
+    for (const std::string& text : options.points)
+    {
+        visit(MeasuredPoint(text, standing, targetHeight, inputs));
     }
 }
 
