@@ -44,8 +44,8 @@ class Case(unittest.TestCase):
 
     def run_tool(self, *arguments, **options):
         environment = dict(os.environ, **options.pop("environment", {}))
-        done = subprocess.run([PROGRAM, *arguments], capture_output=True, env=environment, cwd=self.folder.name,
-                              timeout=120, check=False, **options)
+        done = subprocess.run([PROGRAM, *arguments], capture_output=True, env=environment,
+                              cwd=options.pop("cwd", self.folder.name), timeout=120, check=False, **options)
         self.assertGreaterEqual(done.returncode, 0, f"killed by a signal: {done.stderr.decode(errors='replace')}")
         return done
 

@@ -1,6 +1,7 @@
 """What the documents show is what the program does."""
 import pathlib
 import re
+import shlex
 import subprocess
 import unittest
 
@@ -40,6 +41,15 @@ class Documents(Case):
 
     def test_the_readme(self):
         self.check("README.md", 2)
+
+    def test_the_pictures_of_the_readme(self):
+        drawn = [command for command, _ in self.examples("README.md")]
+        drawn.append("qstd station 5001 --points examples/town/points.csv --sights examples/town/free_station.csv")
+        for verb, image in (("arc", "arc.svg"), ("corner", "corner.svg"), ("station", "plan-5001.svg")):
+            command = next(command for command in drawn if command.startswith(f"qstd {verb} "))
+            self.expect(0, *shlex.split(command)[1:], "--svg", self.path(image), cwd=SOURCES)
+            shown = (SOURCES / "docs" / "images" / image).read_bytes()
+            self.assertEqual(pathlib.Path(self.path(image)).read_bytes(), shown, image)
 
     def test_every_function_has_its_verb(self):
         functions = (SOURCES / "tests/boundary/exported_symbols.txt").read_text(encoding="utf-8").split()
