@@ -45,7 +45,7 @@ void CheckStation(const qstd::SetUp& setUp, const qstd::PointList& points)
     Require(!solution.IsSolved() || std::isfinite(solution.station.position.northing), "a station is somewhere");
     Require(qstd::IsUtf8(qstd::TextReport(solution, {})), "a report is UTF-8");
     Require(qstd::IsUtf8(qstd::CsvReport({solution}, {})), "a report is UTF-8");
-    Require(qstd::IsUtf8(qstd::JsonReport({solution})), "a report is UTF-8");
+    Require(qstd::IsUtf8(qstd::JsonReport({solution}, {})), "a report is UTF-8");
 }
 
 /** The first line as it could stand on a command line. */
