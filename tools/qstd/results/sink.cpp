@@ -418,8 +418,10 @@ void Sink::WriteRecord(const Row& row, const std::vector<Value>& values)
             WriteRemark(row, cell);
             continue;
         }
-        std::string line =
-            INDENT + Padded(column.title, titleWidth, true) + INDENT + Padded(cell, valueWidth, IsLeftAligned(column));
+        std::string line = INDENT;
+        line += Padded(column.title, titleWidth, true);
+        line += INDENT;
+        line += Padded(cell, valueWidth, IsLeftAligned(column));
         for (const std::string& part : {std::string(Unit(column)), column.note})
         {
             if (!part.empty())
