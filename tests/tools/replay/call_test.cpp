@@ -43,8 +43,14 @@ TEST(Calls, HandTheirIdThrough)
     const std::string rest = R"("benchmarkHeight":1,"reflectorHeight":2,"verticalDifference":4})";
     for (const std::string id : {"7", "null", R"("a")", R"([1,{"b":2.5}])"})
     {
-        EXPECT_EQ(Made(R"({"id":)" + id + R"(,"call":"QSTNSeaLevelCalcByBM",)" + rest).dump(),
-                  R"({"call":"QSTNSeaLevelCalcByBM","id":)" + id + R"(,"value":-1.0})");
+        std::string call = R"({"id":)";
+        call += id;
+        call += R"(,"call":"QSTNSeaLevelCalcByBM",)";
+        call += rest;
+        std::string result = R"({"call":"QSTNSeaLevelCalcByBM","id":)";
+        result += id;
+        result += R"(,"value":-1.0})";
+        EXPECT_EQ(Made(call).dump(), result);
     }
     EXPECT_EQ(Made(R"({"call":"QSTNSeaLevelCalcByBM",)" + rest).dump(),
               R"({"call":"QSTNSeaLevelCalcByBM","value":-1.0})");

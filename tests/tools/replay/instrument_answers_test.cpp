@@ -127,10 +127,10 @@ TEST_F(InstrumentAnswers, ObserveByAnInstrumentThatStandsSomewhere)
 TEST_F(InstrumentAnswers, ObserveInTheReferenceAndFaceThatAreSet)
 {
     Connect(R"({"azimuthReference":1,)" + std::string(STANDING_WEST) + "}");
-    ExpectAngle(3 * ANGLE_QUARTER_CIRCLE, Corner(), "/observation/horizontalAngle");
+    ExpectAngle(int64_t{3} * ANGLE_QUARTER_CIRCLE, Corner(), "/observation/horizontalAngle");
     Connect(R"({"faceTwo":1,)" + std::string(STANDING_WEST) + "}");
-    ExpectAngle(3 * ANGLE_QUARTER_CIRCLE, Corner(), "/observation/horizontalAngle");
-    ExpectAngle(3 * ANGLE_QUARTER_CIRCLE, Corner(), "/observation/zenithAngle");
+    ExpectAngle(int64_t{3} * ANGLE_QUARTER_CIRCLE, Corner(), "/observation/horizontalAngle");
+    ExpectAngle(int64_t{3} * ANGLE_QUARTER_CIRCLE, Corner(), "/observation/zenithAngle");
     Connect(R"({"faceTwo":2,)" + std::string(STANDING_WEST) + "}");
     ExpectAngle(ANGLE_QUARTER_CIRCLE, Corner(), "/observation/zenithAngle");
 }

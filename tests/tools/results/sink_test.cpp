@@ -12,13 +12,11 @@
 #include <gtest/gtest.h>
 
 using qstd::AngleValue;
-using qstd::Column;
 using qstd::Layout;
 using qstd::OutputFormat;
 using qstd::OutputOptions;
 using qstd::OutputStream;
 using qstd::Quantity;
-using qstd::Row;
 using qstd::Section;
 using qstd::Sink;
 using qstd::Value;
