@@ -1,6 +1,9 @@
 #include "command_line/figure_output.h"
 
+#include "output/test_folder.h"
 #include "text/outcome.h"
+
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +20,21 @@ double TextHeight(double northing, double easting)
     extent.Add({1000.0, 2000.0, std::nullopt});
     extent.Add({1000.0 + northing, 2000.0 + easting, std::nullopt});
     return extent.TextHeight();
+}
+
+class FigureFiles : public TestFolder
+{
+};
+
+void AddPoints(FigureOutput& output, size_t count)
+{
+    output.Begin({});
+    for (size_t i = 0; i < count; ++i)
+    {
+        FigurePoint point;
+        point.place.northing = static_cast<double>(i);
+        output.Add(point);
+    }
 }
 
 } // namespace
@@ -67,14 +85,39 @@ TEST(FigureOutput, RefusesWhatAPlanDoesNotHold)
     EXPECT_THROW(output.Add(FigurePoint()), qstd::WrongUse);
 }
 
-TEST(FigureOutput, ADrawingHasNoLimit)
+TEST_F(FigureFiles, ADrawingHoldsMoreThanAPlan)
+{
+    const size_t count = qstd::MOST_FIGURE_PARTS + 1;
+    OutputOptions options;
+    options.dxf = Path("plan.dxf");
+    FigureOutput output(options);
+    AddPoints(output, count);
+    ASSERT_EQ(output.StartWriting(), "");
+    AddPoints(output, count);
+    EXPECT_EQ(output.Complete() + output.Commit(), "");
+    const std::string drawn = ContentOf("plan.dxf");
+    size_t points = 0;
+    for (size_t at = drawn.find("\nPOINT\n"); at != std::string::npos; at = drawn.find("\nPOINT\n", at + 1))
+    {
+        ++points;
+    }
+    EXPECT_EQ(points, count);
+}
+
+TEST_F(FigureFiles, HaveNoNamesWhileTheyAreOnlyComplete)
 {
     OutputOptions options;
-    options.dxf = "plan.dxf";
-    FigureOutput output(options);
-    output.Begin({});
-    for (size_t i = 0; i < qstd::MOST_FIGURE_PARTS + 1; ++i)
+    options.svg = Made("plan.svg", "before");
+    options.dxf = Path("plan.dxf");
+    options.geoJson = Path("plan.json");
     {
-        EXPECT_NO_THROW(output.Add(FigurePoint()));
+        FigureOutput output(options);
+        AddPoints(output, 3);
+        ASSERT_EQ(output.StartWriting(), "");
+        AddPoints(output, 3);
+        EXPECT_EQ(output.Complete(), "");
+        EXPECT_EQ(ContentOf("plan.svg"), "before");
+        EXPECT_EQ(ContentOf("plan.dxf") + ContentOf("plan.json"), "");
     }
+    EXPECT_EQ(Count(), 1U);
 }

@@ -10,6 +10,7 @@ using qstd::Wrapped;
 using qstd::WrappedCommand;
 using ::testing::AnyOf;
 using ::testing::HasSubstr;
+using ::testing::SizeIs;
 
 TEST(Wrapped, FillsLinesUpToTheWidth)
 {
@@ -61,6 +62,7 @@ TEST(WrappedCommand, DoesNotBreakWithinQuotes)
 TEST(VerbHelp, NamesAllOptionsOfAllVerbs)
 {
     const CommandLine commandLine;
+    ASSERT_THAT(commandLine.Verbs(), SizeIs(22));
     for (const auto& verb : commandLine.Verbs())
     {
         const std::string help = VerbHelp(*verb);

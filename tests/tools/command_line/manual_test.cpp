@@ -13,6 +13,7 @@ using qstd::RoffProse;
 using qstd::VerbPage;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::SizeIs;
 
 TEST(Roff, EscapesWhatTroffWouldObey)
 {
@@ -48,6 +49,7 @@ TEST(Roff, MakesMinusSignsOfAllHyphensButThoseWithinWords)
 TEST(VerbPage, HasAnEntryForEachOptionOfEachVerb)
 {
     const CommandLine commandLine;
+    ASSERT_THAT(commandLine.Verbs(), SizeIs(22));
     for (const auto& verb : commandLine.Verbs())
     {
         const std::string page = VerbPage(commandLine, *verb);
@@ -77,6 +79,7 @@ TEST(ExamplesJson, HoldsAllExamplesOfAllVerbs)
     const CommandLine commandLine;
     const nlohmann::json examples = nlohmann::json::parse(qstd::ExamplesJson(commandLine));
     size_t at = 0;
+    ASSERT_THAT(commandLine.Verbs(), SizeIs(22));
     for (const auto& verb : commandLine.Verbs())
     {
         for (const qstd::Example& example : verb->text.examples)

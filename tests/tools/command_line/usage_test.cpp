@@ -98,10 +98,14 @@ TEST_F(ParameterOfOption, TypesAreExplainedWhereTheyOccur)
 {
     app.add_option("--at", text)->type_name("HZ[,V]");
     EXPECT_THAT(Types(UsageOf(app)), ElementsAre("HZ,V,SD", "ANGLE"));
-    app.add_option("--line", list)->type_name("A B|AZIMUTH");
-    EXPECT_THAT(Types(UsageOf(app)), ElementsAre("HZ,V,SD", "ANGLE"));
     app.add_option("A", text)->type_name("POINT|HEIGHT");
     EXPECT_THAT(Types(UsageOf(app)), ElementsAre("POINT", "HZ,V,SD", "ANGLE"));
+}
+
+TEST_F(ParameterOfOption, ALineIsExplainedAsPointAndAngle)
+{
+    app.add_option("--line", list)->type_name("A B|AZIMUTH");
+    EXPECT_THAT(Types(UsageOf(app)), ElementsAre("POINT", "ANGLE"));
 }
 
 TEST_F(ParameterOfOption, AnotherTypeOfSimilarNameIsNotExplained)

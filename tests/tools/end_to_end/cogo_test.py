@@ -166,6 +166,10 @@ class Cogo(CogoCase):
         found = self.one("area", "--points", table)
         self.assertEqual((found["area"], found["corners"]), (100.0, 4))
         self.assertEqual(found["remark"], "1 point without northing and easting left out")
+        # Who names a corner wants it in.
+        refused, = self.objects("area", "d", "a", "x", "c", "--points", table, code=NOT_COMPUTED)
+        self.assertEqual((refused["status_name"], refused["remark"], refused["area"]),
+                         ("QSTD_MISSING_COORDINATES", "point x has no northing and easting", None))
 
     def test_area_needs_three_corners(self):
         self.assertIn("2 corners", self.refused(0, "area", "0,0", "0,1"))
@@ -203,7 +207,7 @@ class Cogo(CogoCase):
             found = self.one("intersect", "--line", "0,0", "1,1", "--line", *second)
             self.assert_place(found, 5, 5)
             self.assertEqual(found["solution"], 1)
-            self.assertEqual(found["position"], "")
+            self.assertIsNone(found["position"])
 
     def test_lines_by_azimuth_follow_the_azimuth_reference(self):
         # From south, 45 degrees point south-west: the same line.
@@ -233,7 +237,11 @@ class Cogo(CogoCase):
     def test_a_line_touches_or_misses_a_circle(self):
         found = self.one("intersect", "--line", "5,0", "5,10", "--circle", "0,0", "5")
         self.assert_place(found, 5, 0)
-        self.assertEqual((found["position"], found["remark"]), ("", "touches"))
+        self.assertEqual((found["position"], found["remark"]), (None, "touches"))
+        # From (5, 5) to the south-east, at a right angle to the radius: rounding makes two of one place.
+        for found in self.objects("intersect", "--line", "5,5", "135d", "--circle", "0,0", "7.0710678118654755"):
+            self.assert_place(found, 5, 5, 1e-6)
+            self.assertEqual(found["remark"], "touches")
         self.assertIn("passes 6.0000 from the centre",
                       self.refused(0, "intersect", "--line", "6,0", "6,10", "--circle", "0,0", "5"))
         self.refused(-1, "intersect", "--line", "6,0", "6,10", "--circle", "0,0", "-5")
@@ -335,7 +343,7 @@ class Cogo(CogoCase):
         # To the east the sum wraps and the shift is at right angles.
         found = self.one("transfer", "--line", "0,0", "90d", "--offset", "2")
         self.assert_place(found, -2, 0, prefix="first_")
-        self.assertEqual(found["remark"], "")
+        self.assertIsNone(found["remark"])
 
     def test_transfer_refuses_a_line_without_direction(self):
         self.assertIn("coincide", self.refused(-1200, "transfer", "--line", "1,1", "1,1", "--offset", "1"))
@@ -397,6 +405,19 @@ class Cogo(CogoCase):
         for arguments in (["inverse", "0,0"], ["forward", "0,0", "0d"], ["foot", "0,0"], ["transfer"],
                           ["foot", "0,0", "--line", "1,1"], ["grade", "1"], ["angle"]):
             self.assertNotEqual(self.wrong(*arguments), "")
+
+    def test_coordinates_off_the_earth_are_told_from_what_is_no_number(self):
+        for point in ("1e9,5", "5,-100000001", "0,0,2e8"):
+            done = self.expect(WRONG_USE, "inverse", "1,1", point)
+            self.assertEqual(done.stderr.decode(), f'qstd: inverse: point "{point}": beyond 100 000 km; no coordinate '
+                                                   "on the earth is larger\n")
+        done = self.expect(WRONG_USE, "inverse", "1,1", "1e9,x")
+        self.assertIn(b"not two or three numbers", done.stderr)
+
+    def test_a_rotation_is_told_with_its_sign(self):
+        done = self.expect(WRONG_USE, "transfer", "--line", "0,0", "1,1", "--rotate", "-90")
+        self.assertEqual(done.stderr.decode(), 'qstd: transfer: rotation "-90": no unit; write 99-10-24, 99.1733d or '
+                                               "110.19g, or give --angle\n")
 
     def test_an_unknown_point_proposes_its_neighbours(self):
         table = self.put("points.csv", "id,n,e\nP101,0,0\nP102,5,5\n")
@@ -465,6 +486,26 @@ class Cogo(CogoCase):
             plan = file.read()
         self.assertIn("5.0000", plan)
         self.assertNotIn(">1<", plan)
+        self.assertIn(">no intersection: the circles", plan)
+
+    def test_a_line_that_passes_a_circle_is_drawn_past_all_of_it(self):
+        # The line runs east along northing 6, the circle from easting -5 to 5.
+        for line in (["6,0", "90d"], ["6,0", "6,1"]):
+            features = self.drawn("intersect", "--line", *line, "--circle", "0,0", "5", code=NOT_COMPUTED)
+            ends, = [each["geometry"]["coordinates"] for each in features
+                     if each["geometry"]["type"] == "LineString" and "radius" not in each["properties"]]
+            self.assertLessEqual(min(east for east, _ in ends), -5.0)
+            self.assertGreaterEqual(max(east for east, _ in ends), 5.0)
+
+    def test_parallel_lines_are_drawn_beside_each_other(self):
+        # Eastwards, 6 apart: each is seen 6 to either side of its point.
+        for line in (["6,0", "90d"], ["6,0", "6,1"]):
+            features = self.drawn("intersect", "--line", "0,0", "90d", "--line", *line, code=NOT_COMPUTED)
+            lines = [each["geometry"]["coordinates"] for each in features if each["geometry"]["type"] == "LineString"]
+            self.assertEqual(len(lines), 2)
+            for ends in lines:
+                self.assertLessEqual(min(east for east, _ in ends), -6.0)
+                self.assertGreaterEqual(max(east for east, _ in ends), 6.0)
 
     def test_a_circle_that_is_none_gives_no_plan(self):
         for others in (["--circle", "0,20", "0"], ["--circle", "0,20", "-3"], ["--line", "1,0", "1,9"]):

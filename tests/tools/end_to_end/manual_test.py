@@ -7,7 +7,7 @@ import shutil
 import subprocess
 import unittest
 
-from case import DONE, PROGRAM, WRONG_USE, Case
+from case import DONE, EXAMPLES, PROGRAM, WRONG_USE, Case
 
 TOOLS = pathlib.Path(PROGRAM).resolve().parent
 MANUAL_PROGRAM = str(TOOLS / "qstd_manual")
@@ -271,6 +271,28 @@ class Figures(Case):
             self.assertIn(part, done.stderr.decode())
             self.assertEqual(done.stdout, b"")
             self.assertEqual(sorted(os.listdir(self.folder.name)), ["link", "points.csv"])
+
+    def test_a_file_without_a_name_is_told(self):
+        for arguments, name in (([*self.LINE, "--svg", ""], "inverse: --svg"),
+                                ([*self.LINE, "--output", ""], "inverse: --output"),
+                                ([*self.LINE, "--points", ""], "inverse: --points"),
+                                (["line", "0,0", "1,1", ""], "line: TABLE"), (["replay", ""], "replay: CALLS"),
+                                (["station", "--points", "a", "--sights", "b", "--dxf", ""], "station: --dxf")):
+            done = self.expect(WRONG_USE, *arguments)
+            self.assertEqual(done.stderr.decode(), f"qstd: {name}: the name of the file is empty\n")
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "needs a device that is always full")
+    def test_results_that_cannot_be_written_leave_no_figure(self):
+        before = self.put("plan.svg", "before")
+        station = ["station", "5001", "--points", EXAMPLES / "town/points.csv", "--sights",
+                   EXAMPLES / "town/free_station.csv"]
+        for verb in (self.LINE, station):
+            with open("/dev/full", "wb") as full:
+                done = subprocess.run([PROGRAM, *verb, "--svg", before, "--dxf", self.path("plan.dxf")], stdout=full,
+                                      stderr=subprocess.PIPE, check=False)
+            self.assertEqual((done.returncode, done.stderr), (WRONG_USE, b"qstd: standard output cannot be written\n"))
+            self.assertEqual(os.listdir(self.folder.name), ["plan.svg"])
+            self.assertEqual(pathlib.Path(before).read_text(encoding="utf-8"), "before")
 
     def test_a_figure_that_cannot_be_written_leaves_nothing(self):
         done = self.expect(WRONG_USE, *self.LINE, "--svg", self.path("plan.svg"), "--dxf", self.path("none/a.dxf"),

@@ -87,6 +87,15 @@ class Measure(Family):
         self.assertEqual((cable["target"], cable["height_above_base"]), ("cable", "40.0000"))
         self.assertEqual((roof["target"], roof["height_above_base"]), ("roof", "-40.0000"))
 
+    def test_tables_without_rows_are_told(self):
+        sights, points = self.put("sights.csv", "target,hz,v\n"), self.put("points.csv", "id,n,e,h\n")
+        for arguments in (["rem", "10-00-00,90-00-00,40", "--sights", sights],
+                          ["edge", "0,0,15", "10,0,20", "--station", "5,10,10", "--sights", sights],
+                          ["slope", "0,0", "--design", "0,10", "4,8", "--list", points]):
+            done = self.expect(DONE, *arguments)
+            self.assertEqual(done.stderr.decode(),
+                             f"{arguments[-1]}: warning: no rows; each line below the column names is one\n")
+
     def test_table_of_sights_with_a_bad_row_gives_nothing(self):
         table = self.put("sights", "target hz v\ncable 10-00-00 45-00-00\nroof 10-00-00 -\n")
         done = self.expect(UNREADABLE, "rem", "10-00-00,90-00-00,40", "--sights", table)
@@ -377,7 +386,7 @@ class Measure(Family):
             with self.subTest(arguments):
                 found = self.record("edge", *arguments, "270-00-00,60-00-00", "--station", "5,10,10", code=NOT_COMPUTED)
                 self.assertEqual(found["status_name"], status)
-                self.assertNotEqual(found["remark"], "")
+                self.assertIsNotNone(found["remark"])
 
     def test_edge_wrong_use(self):
         self.assertIn("--station", self.refusal("edge", "0,0,1", "1,0,1", "0-00-00,60-00-00"))

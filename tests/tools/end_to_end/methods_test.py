@@ -188,6 +188,37 @@ class StationMethods(MethodCase):
                                "270d", "--targets", "B,A")
         self.assert_station(station, 97.6, 201.8, 1e-6)
 
+    # --- azimuths from south ---------------------------------------------------------------------------------------
+
+    def test_only_orientations_of_closed_resections_count_from_south(self):
+        heading = "station,target,hz,hd\n"
+        for method, sights, isTurned in (("two-point", "A,N,10d,100\nA,E,100d,\n", True),
+                                         ("two-point", "A,N,10d,100\nA,E,100d,100\n", True),
+                                         ("three-point", "A,N,10d,\nA,E,100d,\nA,W,280d,\n", True),
+                                         ("multi", "A,N,10d,\nA,E,100d,\nA,W,280d,\n", False),
+                                         ("known-line", "A,N,10d,100\nA,E,100d,100\n", False)):
+            options = ["--method", method, "--south-azimuth"]
+            station = self.station(CROSS, heading + sights, *options)
+            self.assert_station(station, 0, 0, 1e-5)
+            # The circle reads 10 degrees to the north: its zero points 10 degrees before it.
+            self.assert_orientation(station, 170 if isTurned else 350)
+            self.assertEqual(station["result"]["orientation_from"], "south" if isTurned else "north")
+            for sight in station["sights"]:
+                self.assert_near(sight["across_residual"], 0, 1e-3)
+            text = self.run_station(CROSS, heading + sights, *options).stdout.decode()
+            self.assertRegex(text, r"\n  orientation .* from south\n" if isTurned else
+                             r"\n  orientation .* from north \(adjusted\)\n")
+
+    def test_the_azimuth_of_a_known_line_counts_from_south(self):
+        # To the east is 270 degrees there. The second point, which is not known, is placed as from north.
+        south = self.station("id,n,e\nA,100,200\n", self.LINE_SIGHTS, "--method", "known-line", "--line-azimuth",
+                             "270d", "--south-azimuth")
+        north = self.station("id,n,e\nA,100,200\n", self.LINE_SIGHTS, "--method", "known-line", "--line-azimuth", "90d")
+        self.assert_station(south, 97.6, 201.8, 1e-6)
+        for one, other in zip(south["sights"], north["sights"]):
+            self.assert_near(one["across_residual"], other["across_residual"], 1e-6)
+        self.assertEqual(south["result"]["orientation_degrees"], north["result"]["orientation_degrees"])
+
     # --- the choice of sights and method ---------------------------------------------------------------------------
 
     def test_auto_takes_what_the_set_up_holds(self):
@@ -322,10 +353,13 @@ class StationMethods(MethodCase):
         self.assertEqual(self.text("station", *TOWN, "--csv", "--output", "out.csv"), "")
         self.assertEqual(pathlib.Path(self.path("out.csv")).read_text(encoding="utf-8"), expected)
         done = self.expect(WRONG_USE, "station", "5001", *TOWN, "--output", "x", "--svg", "x")
-        self.assertIn(b"two outputs would go there", done.stderr)
+        self.assertIn(b"is the file of --output, too", done.stderr)
+        # The name of a plan is known when the stations are.
+        done = self.expect(WRONG_USE, "station", *TOWN, "--output", "x-5003.svg", "--svg", "x.svg")
+        self.assertIn(b"x-5003.svg: two outputs would go there", done.stderr)
         self.assertFalse(os.path.exists(self.path("x")))
         done = self.run_station(CROSS, CROSS_SIGHTS, "--output", "points.csv", code=WRONG_USE)
-        self.assertIn(b"is an input", done.stderr)
+        self.assertIn(b"is the file of --points, too", done.stderr)
         self.assertEqual(pathlib.Path(self.path("points.csv")).read_text(encoding="utf-8"), CROSS)
 
     def test_drawings_hold_station_targets_and_sights(self):
@@ -410,7 +444,7 @@ class StationMethods(MethodCase):
                                    (["--method", "known-line", "--line-azimuth", "10"], "no unit"),
                                    (["--method", "two-point", "--leave-one-out"], "--leave-one-out"),
                                    (["--targets", "14,15x"], "no sight to \"15x\""),
-                                   (["--refraction", "3"], "--refraction"), (["--dxf", "-"], "a drawing goes to a file")):
+                                   (["--refraction", "3"], "--refraction"), (["--dxf", "-"], "a figure goes to a file")):
             done = self.expect(WRONG_USE, "station", *TOWN, *arguments)
             self.assertIn(message, done.stderr.decode(), arguments)
             self.assertEqual(done.stdout, b"")

@@ -11,7 +11,7 @@ import unittest
 
 import fcntl
 
-from case import PROGRAM, Case
+from case import PROGRAM, UNREADABLE, Case
 
 ROWS = 1000000
 CALL = '{"call":"QSTNSeaLevelCalcByBM","benchmarkHeight":1,"reflectorHeight":2,"verticalDifference":0.5}\n'
@@ -89,6 +89,31 @@ class LongRuns(Case):
                     process.send_signal(ending)
                     self.assertEqual(process.wait(60), -ending)
                     self.assertEqual(set(os.listdir(self.folder.name)), before)
+
+    def test_input_that_changes_while_it_is_read_leaves_nothing(self):
+        # Into the last row of the table goes a northing that is no number, into the last line of the calls no JSON.
+        places = {"line": (self.table.rindex("\n", 0, -1) + 1 + len(f"{ROWS - 1},"), f':{ROWS + 1}: changed while it '
+                           'was read: n "x'),
+                  "replay": (self.calls.rindex("\n", 0, -1) + 1, f":{ROWS // 2}: changed while it was read: column 1: ")}
+        for name, arguments in self.commands().items():
+            place, message = places[name]
+            with self.subTest(verb=name):
+                file = self.path("table.csv" if name == "line" else "calls.jsonl")
+                before = set(os.listdir(self.folder.name))
+                process = subprocess.Popen([PROGRAM, *arguments, "--output", self.path("result")],
+                                           stderr=subprocess.PIPE)
+                # The second reading has begun when the results are on their way; it is held up at its beginning.
+                while set(os.listdir(self.folder.name)) == before and process.poll() is None:
+                    pass
+                process.send_signal(signal.SIGSTOP)
+                with open(file, "r+b") as table:
+                    table.seek(place)
+                    table.write(b"x")
+                process.send_signal(signal.SIGCONT)
+                told = process.communicate(timeout=60)[1].decode()
+                self.assertEqual(process.returncode, UNREADABLE, told)
+                self.assertTrue(told.startswith(file + message), told)
+                self.assertEqual(set(os.listdir(self.folder.name)), before)
 
     def test_what_stood_there_before_survives_an_interruption(self):
         arguments = self.commands()["line"]

@@ -137,6 +137,15 @@ class Reference(ReferenceCase):
         self.assertIn(':3: n "x"', done.stderr.decode())
         self.assertEqual(done.stdout, b"")
 
+    def test_a_table_without_rows_is_told_and_is_no_failure(self):
+        for heading, verb in (("id,n,e", LINE), ("id,n,e", [*RIGHT_ARC, "--length", "50"]),
+                              ("target,hz,v", ["plane", "0,0", "1,0", "--station", "5,5,0", "--sights"])):
+            table = self.put("none.csv", heading + "\n# nothing\n")
+            for form in ([], ["--csv"], ["--json"]):
+                done = self.expect(DONE, *verb, table, *form)
+                self.assertEqual(done.stderr.decode(),
+                                 f"{table}: warning: no rows; each line below the column names is one\n")
+
     def test_stations_and_offsets_lead_back_to_the_points(self):
         numbers = random.Random(5)
         points = [(numbers.uniform(-200, 200), numbers.uniform(-200, 200)) for _ in range(200)]
@@ -238,8 +247,19 @@ class Reference(ReferenceCase):
             for point in ([], ["--point", "1,1"]):
                 one, = self.objects("arc", "--from", "0,0", *arguments, *point, code=NOT_COMPUTED)
                 self.assertEqual((one["computed"], one["status_name"]), (False, status), arguments)
-                self.assertNotEqual(one["remark"], "")
+                self.assertIsNotNone(one["remark"])
                 self.assertEqual(one["kind"], "point" if point else "arc")
+
+    def test_an_arc_that_is_none_says_what_to_look_at(self):
+        # Over a point beyond the end the way leads back: no circle touches both tangents. Tangents that meet in the
+        # start leave no length for one. A radius of 0.05 mm is below the least, 0.1 mm.
+        for arguments, words in ((["--via", "20,0", "--to", "10,0"], "the coordinates of 20,0"),
+                                 (["--to", "0,10", "--tangent", "0d", "--end-tangent", "90d"], "the two azimuths"),
+                                 (["--tangent", "0d", "--radius", "5e-5", "--deflection", "9d"],
+                                  "a radius below 0.0001")):
+            text = self.text("arc", "--from", "0,0", *arguments, code=NOT_COMPUTED)
+            self.assertIn(words, text)
+            self.assertEqual(text.count("azimuths"), 1 if "azimuths" in words else 0)
 
     def test_wrong_use_of_arc(self):
         start = ["arc", "--from", "0,0"]
@@ -263,10 +283,17 @@ class Reference(ReferenceCase):
                                              "--deflection", "50", "--angle", "gon"))
 
     def test_a_full_circle_is_named(self):
-        # 2 pi 10 = 62.83 is the circumference, 500 is cut to it.
-        arc, = self.objects("arc", "--from", "0,0", "--tangent", "0d", "--radius", "10", "--length", "500")
-        self.near(20.0 * math.pi, arc["length"])
-        self.assertEqual(arc["remark"], "a full circle; an arc that is longer ends here")
+        # 2 pi 10 = 62.83185 is the circumference; typed with four decimals it is a full circle, too.
+        for length in ("62.8318530718", "62.8319"):
+            arc, = self.objects("arc", "--from", "0,0", "--tangent", "0d", "--radius", "-10", "--length", length)
+            self.near(20.0 * math.pi, arc["length"])
+            self.assertEqual(arc["remark"], "a full circle")
+
+    def test_a_length_beyond_the_full_circle_is_refused(self):
+        # The library would cut it; 62.834 is 2 mm too long.
+        for radius in ("10", "-10"):
+            self.refuse("arc", "--from", "0,0", "--tangent", "0d", "--radius", radius, "--length", "62.834",
+                        saying='length "62.834": more than the full circle, 62.832')
 
     def test_the_back_of_an_arc_to_the_left_is_told(self):
         point, = self.points(*LEFT_ARC, "--length", "40", "--point", "-40,-130")
@@ -294,7 +321,7 @@ class Reference(ReferenceCase):
         self.near(1.5 + math.hypot(10.0, 10.0), point["height"], 1e-6)
         point, = self.points(*self.WALL, "--sight", "225d,90d", "--south-azimuth")
         self.near(10.0, point["along"], 1e-6)
-        self.assertEqual(point["remark"], "")
+        self.assertIsNone(point["remark"])
 
     def test_measured_distance_tells_how_far_behind_the_wall_a_point_lies(self):
         point, = self.points(*self.WALL, "--sight", "45d,45d,20.25")

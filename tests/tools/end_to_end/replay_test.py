@@ -93,6 +93,16 @@ class CommandLine(Case):
                          f'{calls}:2: no call is named "QSTNSeaLevelCalcByBm"; did you mean "QSTNSeaLevelCalcByBM"?\n')
         self.assertEqual(os.listdir(self.folder.name), ["calls.jsonl"])
 
+    def test_a_file_without_calls_is_told_and_is_no_failure(self):
+        done = self.expect(DONE, "replay", "/dev/null")
+        self.assertEqual((done.stdout, done.stderr),
+                         (b"", b"/dev/null: warning: no calls; each line is one, as a JSON object\n"))
+
+    def test_bytes_that_are_no_text_are_told_once(self):
+        calls = self.put("calls", b"# calls\n" + 30 * b"\0\1\n")
+        done = self.expect(UNREADABLE, "replay", calls)
+        self.assertEqual(done.stderr.decode(), f"{calls}:2: column 1: not JSON: a zero byte\n")
+
     def test_wrong_use_is_told_and_gives_2(self):
         calls = self.put("calls.jsonl", HEIGHT)
         for arguments in (["replay"], ["replay", calls, "--ulp", "-1"], ["replay", calls, "--ulp", "x"],

@@ -51,11 +51,15 @@ class CommandLine(StationCase):
             done = self.expect(WRONG_USE, *arguments)
             self.assertEqual(done.stdout, b"", arguments)
             self.assertNotEqual(done.stderr, b"", arguments)
+        for arguments in (["none"], ["--columns", "hz"], ["--svg", "-"], ["--targets", "none"], ["--line-azimuth", "x"],
+                          ["--method", "known-line", "--line-azimuth", "x"], ["--output", POINTS]):
+            done = self.expect(WRONG_USE, "station", *arguments, *TABLES)
+            self.assertTrue(done.stderr.decode().startswith("qstd: station: "), done.stderr)
 
     def test_an_unknown_station_is_answered_with_the_nearest_names(self):
         done = self.expect(WRONG_USE, "station", "5002", *TABLES)
         self.assertEqual(done.stderr.decode(),
-                         f'qstd: station "5002": no set-up in {FREE_STATION}; did you mean 5001, 5003?\n')
+                         f'qstd: station: "5002": no set-up in {FREE_STATION}; did you mean 5001, 5003?\n')
         self.assertEqual(done.stdout, b"")
 
     def test_named_stations_come_once_and_in_the_order_named(self):
@@ -346,7 +350,7 @@ class Outputs(StationCase):
     def test_an_input_is_never_overwritten(self):
         self.put("points.csv", CROSS_POINTS)
         done = self.compute(CROSS_POINTS, CROSS_SIGHTS, "--svg", "./points.csv", code=WRONG_USE)
-        self.assertIn(b"is an input", done.stderr)
+        self.assertIn(b"is the file of --points, too", done.stderr)
         self.assertEqual(pathlib.Path(self.path("points.csv")).read_text(encoding="utf-8"), CROSS_POINTS)
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "needs a device that is always full")
@@ -486,6 +490,9 @@ class Robustness(StationCase):
         for content in (b"\0" * 5000, bytes(range(256)) * 50, b"\xff\xfei\0d\0", b"\"" * 1001, b"," * 10000):
             done = self.compute(content, CROSS_SIGHTS, code=UNREADABLE)
             self.assertLessEqual(len(done.stderr.splitlines()), 41)
+        # What is no text in the place of the header is told once.
+        done = self.compute(50 * b"\0\xff\n", CROSS_SIGHTS, code=UNREADABLE)
+        self.assertEqual(done.stderr.decode(), f"{self.path('points.csv')}:1: not UTF-8 text; save the file in UTF-8\n")
 
     def test_a_large_field_book(self):
         sights = CROSS_SIGHTS + "".join(f"A,detail{i},{i % 360}d\n" for i in range(100000))

@@ -51,11 +51,12 @@ TEST_F(InputsTest, TakesCoordinatesAsAPoint)
 TEST_F(InputsTest, SaysWhatIsWrongWithCoordinates)
 {
     Inputs inputs("", std::nullopt, messages);
-    for (const char* text : {"1,", "1,b", "1,2,3,4", "1,1e9", ",", "1,nan"})
+    for (const char* text : {"1,", "1,b", "1,2,3,4", "1,1e9,x", ",", "1,nan"})
     {
         EXPECT_THAT(Problem(inputs, text), HasSubstr("write N,E or N,E,H")) << text;
     }
     EXPECT_THAT(Problem(inputs, "P1"), HasSubstr("give --points FILE"));
+    EXPECT_THAT(Problem(inputs, "1,1e9"), HasSubstr("beyond 100 000 km"));
 }
 
 TEST_F(InputsTest, FindsANameInTheTableFirst)

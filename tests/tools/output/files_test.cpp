@@ -1,9 +1,13 @@
 #include "output/files.h"
 
+#include "output/redirection.h"
 #include "output/test_folder.h"
 
 #include <filesystem>
 #include <string>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -54,6 +58,25 @@ TEST_F(Files, AreAllLeftAloneWhenOneCannotBeWritten)
     EXPECT_THAT(WriteWhole({{old, "after"}, {folder.string(), "x"}}), HasSubstr("is a directory"));
     EXPECT_THAT(WriteWhole({{old, "after"}, {"/dev/null", "x"}}), HasSubstr("not a regular file"));
     EXPECT_EQ(ReadWhole(Path("old")).content, "before");
+    EXPECT_EQ(Count(), 1U);
+}
+
+TEST_F(Files, AreAllLeftAloneWhenStandardOutputCannotBeWritten)
+{
+    const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+    if (full < 0)
+    {
+        GTEST_SKIP() << "needs a device that is always full";
+    }
+    const std::string old = Made("old", "before");
+    std::string problem;
+    {
+        const Redirection redirection(STDOUT_FILENO, full);
+        problem = WriteWhole({{old, "after"}, {"-", "x"}});
+    }
+    close(full);
+    EXPECT_EQ(problem, "standard output cannot be written");
+    EXPECT_EQ(ReadWhole(old).content, "before");
     EXPECT_EQ(Count(), 1U);
 }
 

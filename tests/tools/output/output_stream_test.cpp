@@ -65,6 +65,24 @@ TEST_F(OutputFiles, AppearWhenTheyAreCommitted)
     EXPECT_EQ(Count(), 1U);
 }
 
+TEST_F(OutputFiles, HaveNoNameWhileTheyAreOnlyComplete)
+{
+    {
+        OutputStream output;
+        ASSERT_EQ(output.Open(Made("out", "before")), "");
+        output.Write("after");
+        EXPECT_EQ(output.Complete(), "");
+        EXPECT_EQ(ContentOf("out"), "before");
+        EXPECT_EQ(Count(), 2U);
+    }
+    EXPECT_EQ(Count(), 1U);
+    OutputStream output;
+    ASSERT_EQ(output.Open(Path("out")), "");
+    output.Write("after");
+    EXPECT_EQ(output.Complete() + output.Commit(), "");
+    EXPECT_EQ(ContentOf("out"), "after");
+}
+
 TEST_F(OutputFiles, AreEmptyWhenNothingWasWritten)
 {
     OutputStream output;

@@ -119,7 +119,7 @@ TEST_F(Replay, ReadsStandardInputOnce)
     options.expect = "-";
     const ReplayResult result = RunReplay(options);
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.messages, "qstd: standard input can be read only once\n");
+    EXPECT_EQ(result.messages, "qstd: replay: standard input can be read only once\n");
 }
 
 TEST_F(Replay, BeginsAndEndsWithoutInstrument)

@@ -212,20 +212,21 @@ TEST_F(SinkTest, PrintsAsCsvTheMainSectionAlone)
               "id,offset,azimuth,height,status,remark\nP,1.0000,90-00-00.0,,QSTD_OK,\n");
 }
 
-TEST_F(SinkTest, PrintsThousandthsAndSecondsWithTheirSign)
+TEST_F(SinkTest, PrintsThousandthsWithTheirSign)
 {
-    const Section residuals = {"residual",
-                               Layout::TABLE,
-                               true,
-                               {{"across_mm", "across mm", Quantity::MILLI, ""},
-                                {"direction_seconds", "res \"", Quantity::SECONDS, ""},
-                                {"ratio", "ratio", Quantity::NUMBER, ""},
-                                {"count", "n", Quantity::COUNT, ""}}};
-    // 1.5e-3 m are 1.5 mm; -1e-5 rad are -1e-5 * 206264.806 = -2.06".
-    EXPECT_EQ(Written([&residuals](Sink& target) {
-                  target.Begin(residuals);
-                  target.Add({{0.0015, -1e-5, 0.25, int64_t{7}}, QSTD_OK, true, ""});
+    const Section spacing = {"spacing",
+                             Layout::TABLE,
+                             true,
+                             {{"difference", "less nominal", Quantity::MILLI, ""},
+                              {"ratio", "ratio", Quantity::NUMBER, ""},
+                              {"count", "n", Quantity::COUNT, ""}}};
+    // 1.5e-3 m are 1.5 mm, -2.06e-3 m are -2.06 mm.
+    EXPECT_EQ(Written([&spacing](Sink& target) {
+                  target.Begin(spacing);
+                  target.Add({{0.0015, 0.25, int64_t{7}}, QSTD_OK, true, ""});
+                  target.Add({{-0.00206, 0.5, int64_t{8}}, QSTD_OK, true, ""});
               }),
-              "  across mm  res \"     ratio  n\n"
-              "       +1.5   -2.1  0.250000  7\n");
+              "  less nominal     ratio  n\n"
+              "          +1.5  0.250000  7\n"
+              "          -2.1  0.500000  8\n");
 }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 using qstd::DescribeFailure;
+using qstd::KnownPoint;
 using qstd::Outcome;
 using qstd::StationSolution;
 using testing::HasSubstr;
@@ -36,6 +37,26 @@ TEST(DescribeFailure, TellsTheCausesApart)
     tooMany.outcome = Outcome::TOO_MANY;
     EXPECT_EQ(DescribeFailure(tooMany).reason, "3000 sights; one adjustment takes at most 2500");
     EXPECT_EQ(OutcomeName(tooMany), "TOO_MANY_SIGHTS");
+}
+
+TEST(DescribeFailure, TellsTargetsOfEqualCoordinates)
+{
+    // Three sights, the first and the last to one place.
+    const KnownPoint near = {"near", 0, {0.0, 10.0, 0.0, POINT_HAS_PLAN}, ""};
+    const KnownPoint far = {"far", 0, {10.0, 0.0, 0.0, POINT_HAS_PLAN}, ""};
+    const KnownPoint same = {"same", 0, {0.0, 10.0, 5.0, POINT_HAS_PLAN | POINT_HAS_HEIGHT}, ""};
+    StationSolution solution = Failed(0, 3, 0);
+    solution.method = qstd::StationMethod::THREE_POINT;
+    solution.outcome = Outcome::TOO_FEW;
+    for (const KnownPoint* const target : {&near, &far, &same})
+    {
+        qstd::PreparedSight sight;
+        sight.target = target;
+        sight.isUsed = true;
+        solution.sights.push_back(sight);
+    }
+    EXPECT_THAT(DescribeFailure(solution).reason, HasSubstr("here are 3 directions and 0 distances to 2 places"));
+    EXPECT_THAT(DescribeFailure(solution).usualCause, HasSubstr("equal coordinates"));
 }
 
 TEST(DescribeFailure, AlwaysSaysWhatToDo)

@@ -168,5 +168,14 @@ TEST(ParseAngle, RefusesWhatIsTooLongToBeOneAtOnce)
         signs += "\u00B0";
     }
     EXPECT_FALSE(ParseAngle(signs, std::nullopt).problem.empty());
-    EXPECT_FALSE(ParseAngle(std::string(300, ' ') + "1d", std::nullopt).problem.empty());
+    EXPECT_FALSE(ParseAngle("1." + std::string(254, '0') + "d", std::nullopt).problem.empty()) << "257 characters";
+}
+
+TEST(ParseAngle, TakesBlanksForNoPartOfAnAngle)
+{
+    // Neither many of them nor a few around the longest angle there may be.
+    EXPECT_EQ(Units(std::string(300, ' ') + "90d"), ANGLE_QUARTER_CIRCLE);
+    const std::string longest = "90." + std::string(252, '0') + "d";
+    EXPECT_EQ(Units(longest), ANGLE_QUARTER_CIRCLE);
+    EXPECT_EQ(Units("  " + longest + " "), ANGLE_QUARTER_CIRCLE);
 }

@@ -1,6 +1,7 @@
 #include "text/text.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -67,4 +68,12 @@ TEST(NearestNames, ProposesWhatIsAlike)
     EXPECT_THAT(qstd::NearestNames("5002", names, 3), ElementsAre("5001", "5003"));
     EXPECT_THAT(qstd::NearestNames("1_SP", names, 1), ElementsAre("1_sp"));
     EXPECT_THAT(qstd::NearestNames("church", names, 3), IsEmpty());
+}
+
+TEST(SplitAtCommas, GivesEveryPartWithoutBlanksAtItsEnds)
+{
+    using Parts = std::vector<std::string_view>;
+    EXPECT_EQ(qstd::SplitAtCommas(" 1, 2 3,"), (Parts{"1", "2 3", ""}));
+    EXPECT_EQ(qstd::SplitAtCommas("1"), (Parts{"1"}));
+    EXPECT_EQ(qstd::SplitAtCommas(""), (Parts{""}));
 }

@@ -17,7 +17,7 @@ namespace {
 const char* const GROUP = "Coordinate geometry";
 
 /** A line of the plan: two points, or a point and an azimuth. */
-const char* const LINE_HELP = "Line through A and B, or through A with an azimuth";
+const char* const LINE_HELP = "Line through the points A and B, or through A with an azimuth";
 
 void AddInverse(CommandLine& commandLine)
 {
@@ -41,10 +41,7 @@ void AddInverse(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddFigureOptions(verb);
-    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
-        options->instrument = common->instrument;
-        RunInverse(*options, inputs, sink);
-    });
+    SetComputation(verb, options, RunInverse);
 }
 
 void AddForward(CommandLine& commandLine)
@@ -69,10 +66,7 @@ void AddForward(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddFigureOptions(verb);
-    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
-        options->instrument = common->instrument;
-        RunForward(*options, inputs, sink);
-    });
+    SetComputation(verb, options, RunForward);
 }
 
 void AddOffset(CommandLine& commandLine)
@@ -131,7 +125,8 @@ void AddArea(CommandLine& commandLine)
          "Plan area of a polygon",
          "Area and perimeter of the polygon with the named corners, in their order, either way round; the first one is "
          "not repeated at the end. When none is named, all points of the table are the corners, in its order. There "
-         "may be 32767 of them. Points without northing and easting are left out. Sides must not cross: the areas on "
+         "may be 32767 of them. Points of a table without northing and easting are left out; a named one is refused. "
+         "Sides must not cross: the areas on "
          "either side of a crossing would be subtracted from each other.",
          {{"A field with four corners", "qstd area 0,0 0,50 30,60 30,10",
            "Area 0,0 - 0,50 - 30,60 - 30,10\n"
@@ -196,10 +191,7 @@ void AddIntersect(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddFigureOptions(verb);
-    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
-        options->instrument = common->instrument;
-        RunIntersect(*options, inputs, sink);
-    });
+    SetComputation(verb, options, RunIntersect);
 }
 
 void AddFoot(CommandLine& commandLine)
@@ -209,9 +201,10 @@ void AddFoot(CommandLine& commandLine)
          GROUP,
          "The foot of the perpendicular from a point to a line",
          "The foot with its height, taken from the line; the chainage of the point along the line from A and its "
-         "offset, "
-         "to the right where positive; distance and azimuth from the point to the foot.\n\n"
-         "The height is that of A, or interpolated between A and B where both have one. The library interpolates along "
+         "offset, to the right where positive; distance and azimuth from the point to the foot. A point on the line "
+         "has no such azimuth.\n\n"
+         "The height is that of A, or of B where B alone has one, or interpolated where both have. The library "
+         "interpolates along "
          "the northing, so a line that runs exactly east or west gives none.",
          {{"A point beside a line", "qstd foot 30,45 --line 0,0,10 40,30,20",
            "Foot of 30,45 on 0,0,10 - 40,30,20\n"
@@ -229,10 +222,7 @@ void AddFoot(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddFigureOptions(verb);
-    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
-        options->instrument = common->instrument;
-        RunFoot(*options, inputs, sink);
-    });
+    SetComputation(verb, options, RunFoot);
 }
 
 VerbText TransferText()
@@ -268,10 +258,7 @@ void AddTransfer(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddFigureOptions(verb);
-    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
-        options->instrument = common->instrument;
-        RunTransfer(*options, inputs, sink);
-    });
+    SetComputation(verb, options, RunTransfer);
 }
 
 } // namespace

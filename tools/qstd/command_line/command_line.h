@@ -86,14 +86,30 @@ void AddAzimuthOption(Verb& verb);
 /** --scale, --sea-level, --refraction. */
 void AddCorrectionOptions(Verb& verb);
 
-/** --station, --orientation, --instrument-height, --face-two: an instrument that stands somewhere. */
+/** --station, --orientation, --instrument-height: an instrument that stands somewhere. */
 void AddStandingOptions(Verb& verb);
+
+/** --face-two. */
+void AddFaceOption(Verb& verb);
 
 /** Makes a computation what the verb runs. It is called twice, see Sink, and a third time where figures are wanted. */
 void SetComputation(Verb& verb, std::function<void(Inputs&, Sink&)> compute);
 
-/** What is wrong with the files that a verb is to write: two of one name, or one that it reads. Empty when nothing is. */
-std::string OutputProblem(const Verb& verb);
+/** The same of a verb whose options hold an instrument. */
+template <typename Options>
+void SetComputation(Verb& verb, const std::shared_ptr<Options>& options, void (*run)(const Options&, Inputs&, Sink&))
+{
+    SetComputation(verb, [options, common = verb.common, run](Inputs& inputs, Sink& sink) {
+        options->instrument = common->instrument;
+        run(*options, inputs, sink);
+    });
+}
+
+/**
+ * What is wrong with the files that the command line names: one without a name, two outputs of one name, an output that
+ * is read, too. Empty when nothing is.
+ */
+std::string PathProblem(const Verb& verb);
 
 } // namespace qstd
 

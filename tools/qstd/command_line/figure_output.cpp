@@ -1,6 +1,5 @@
 #include "command_line/figure_output.h"
 
-#include "output/files.h"
 #include "text/outcome.h"
 
 #include <fmt/format.h>
@@ -103,24 +102,36 @@ const std::string& FigureOutput::AnyPath() const
 std::string FigureOutput::StartWriting()
 {
     isWriting = true;
-    if (extent.IsEmpty())
-    {
-        return "";
-    }
+    return extent.IsEmpty() ? "" : OpenDrawings();
+}
+
+std::string FigureOutput::OpenDrawings()
+{
     std::string problem;
-    if (!options.dxf.empty())
+    svg = Open(options.svg, problem);
+    if (OutputStream* const stream = Open(options.dxf, problem))
     {
-        problem = dxfStream.Open(options.dxf);
-        dxf = std::make_unique<FigureDxf>([this](std::string_view text) { dxfStream.Write(text); }, options.unit,
+        dxf = std::make_unique<FigureDxf>([stream](std::string_view text) { stream->Write(text); }, options.unit,
                                           extent.TextHeight());
     }
-    if (problem.empty() && !options.geoJson.empty())
+    if (OutputStream* const stream = Open(options.geoJson, problem))
     {
-        problem = geoJsonStream.Open(options.geoJson);
         geoJson =
-            std::make_unique<FigureGeoJson>([this](std::string_view text) { geoJsonStream.Write(text); }, options.unit);
+            std::make_unique<FigureGeoJson>([stream](std::string_view text) { stream->Write(text); }, options.unit);
     }
     return problem;
+}
+
+/** Null for a file that is not wanted, and after a problem. */
+OutputStream* FigureOutput::Open(const std::string& path, std::string& problem)
+{
+    if (path.empty() || !problem.empty())
+    {
+        return nullptr;
+    }
+    streams.push_back(std::make_unique<OutputStream>());
+    problem = streams.back()->Open(path);
+    return problem.empty() ? streams.back().get() : nullptr;
 }
 
 void FigureOutput::Begin(const FigureView& view)
@@ -217,11 +228,11 @@ void FigureOutput::Tell(Sink& sink) const
     }
 }
 
-std::string FigureOutput::Commit()
+std::string FigureOutput::Complete()
 {
-    if (extent.IsEmpty())
+    if (svg != nullptr)
     {
-        return "";
+        svg->Write(plan.Finish());
     }
     if (dxf)
     {
@@ -231,18 +242,22 @@ std::string FigureOutput::Commit()
     {
         geoJson->Finish();
     }
-    // A drawing that could not be written is known by now; then the plan is not written either.
-    std::string problem = dxfStream.HasFailed() ? dxfStream.Commit() : "";
-    problem = problem.empty() && geoJsonStream.HasFailed() ? geoJsonStream.Commit() : problem;
-    if (problem.empty() && !options.svg.empty())
+    std::string problem;
+    for (const std::unique_ptr<OutputStream>& stream : streams)
     {
-        problem = WriteWhole({{options.svg, plan.Finish()}});
+        problem = problem.empty() ? stream->Complete() : problem;
     }
-    if (problem.empty() && dxf)
+    return problem;
+}
+
+std::string FigureOutput::Commit()
+{
+    std::string problem;
+    for (const std::unique_ptr<OutputStream>& stream : streams)
     {
-        problem = dxfStream.Commit();
+        problem = problem.empty() ? stream->Commit() : problem;
     }
-    return problem.empty() && geoJson ? geoJsonStream.Commit() : problem;
+    return problem;
 }
 
 } // namespace qstd

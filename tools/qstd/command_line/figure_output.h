@@ -17,6 +17,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace qstd {
 
@@ -71,20 +72,25 @@ public:
     /** Says what was drawn. */
     void Tell(Sink& sink) const;
 
-    /** Completes the files. Signals should be held meanwhile. @return empty, or what went wrong */
+    /** Writes what is left, but gives no file its name; see OutputStream. @return empty, or what went wrong */
+    std::string Complete();
+
+    /** Gives the files their names. Signals should be held meanwhile. @return empty, or what went wrong */
     std::string Commit();
 
 private:
     template <typename Part>
     void Forward(const Part& part);
     void CheckPlan() const;
+    std::string OpenDrawings();
+    OutputStream* Open(const std::string& path, std::string& problem);
 
     const OutputOptions& options;
     bool isWriting = false;
     FigureExtent extent;
     FigureSvg plan;
-    OutputStream dxfStream;
-    OutputStream geoJsonStream;
+    std::vector<std::unique_ptr<OutputStream>> streams; /**< of all files, once there is something to draw */
+    OutputStream* svg = nullptr;                        /**< null where it is not wanted */
     std::unique_ptr<FigureDxf> dxf;
     std::unique_ptr<FigureGeoJson> geoJson;
 };

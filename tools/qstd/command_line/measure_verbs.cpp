@@ -28,22 +28,6 @@ void AddTargetHeight(Verb& verb, std::string& targetHeight, const std::string& h
     verb.app->add_option("--target-height", targetHeight, help)->type_name("HEIGHT");
 }
 
-/** --station and what goes with it, for verbs that only take sights from there. */
-void AddStation(Verb& verb)
-{
-    AddStandingOptions(verb);
-    verb.app->remove_option(verb.app->get_option("--face-two"));
-}
-
-template <typename Options, typename Run>
-void SetRun(Verb& verb, const std::shared_ptr<Options>& options, Run run)
-{
-    SetComputation(verb, [options, common = verb.common, run](Inputs& inputs, Sink& sink) {
-        options->instrument = common->instrument;
-        run(*options, inputs, sink);
-    });
-}
-
 void AddRem(CommandLine& commandLine)
 {
     Verb& verb = commandLine.AddVerb(
@@ -53,10 +37,11 @@ void AddRem(CommandLine& commandLine)
          "Remote elevation: a reflector is held on a base straight below a cable or a roof edge and measured; then the "
          "telescope is turned up, and circle and zenith readings alone give the height above the base and the offset "
          "to the side.\n\n"
-         "The base is a sight HZ,V,SD or, with --station and --orientation, a point. Heights count from the base; with "
-         "--target-height from the ground below its reflector. Every height is that at the horizontal distance of the "
-         "base, also where the sight is turned to the side. Where the station or the base has a height, the heights "
-         "of the points are given too.",
+         "The base is a sight HZ,V,SD or, with --station and --orientation, a point with a height, that the instrument "
+         "would sight from there. Heights count from the base; with --target-height from the ground below its "
+         "reflector. Every height is that at the horizontal distance of the base, also where the sight is turned to "
+         "the side. Where the station or the base has a height, the heights of the points are given too. There is no "
+         "figure of them.",
          {{"A cable above a reflector 1.6 m above the ground, 40 m away",
            "qstd rem 10-00-00,90-00-00,40 10-00-00,80-00-00 --target-height 1.6",
            "Remote elevation above 10-00-00,90-00-00,40\n"
@@ -66,15 +51,17 @@ void AddRem(CommandLine& commandLine)
            "  above base              8.6531  m\n"
            "  offset                  0.0000  m\n"}}});
     const auto options = std::make_shared<RemoteElevationOptions>();
-    verb.app->add_option("BASE", options->base, "Sight to the base")->required()->type_name("HZ,V,SD|POINT");
+    verb.app->add_option("BASE", options->base, "Sight to the base; with --station, a point")
+        ->required()
+        ->type_name("HZ,V,SD|POINT");
     verb.app->add_option("SIGHTS", options->sights, "Sights to the points above it")->type_name("HZ,V");
     verb.app->add_option("--sights", options->table, "Table of sights: target hz v [station]; - is standard input")
         ->type_name("FILE");
     AddTargetHeight(verb, options->targetHeight, "Reflector above the base; 0 when not given");
     AddPointsOption(verb);
     AddAzimuthOption(verb);
-    AddStation(verb);
-    SetRun(verb, options, RunRemoteElevation);
+    AddStandingOptions(verb);
+    SetComputation(verb, options, RunRemoteElevation);
 }
 
 void AddDistance(CommandLine& commandLine)
@@ -109,9 +96,9 @@ void AddDistance(CommandLine& commandLine)
     AddTargetHeight(verb, options->targetHeight, "Reflector above each sighted point; 0 when not given");
     AddPointsOption(verb);
     AddAzimuthOption(verb);
-    AddStation(verb);
+    AddStandingOptions(verb);
     AddFigureOptions(verb);
-    SetRun(verb, options, RunRemoteDistance);
+    SetComputation(verb, options, RunRemoteDistance);
 }
 
 void AddRod(CommandLine& commandLine)
@@ -140,13 +127,14 @@ void AddRod(CommandLine& commandLine)
     verb.app->add_option("--extension", options->extension, "From the near prism to the tip")
         ->required()
         ->type_name("LENGTH");
-    verb.app->add_option("--spacing", options->spacing, "Nominal distance of the prisms; as measured when not given")
+    verb.app
+        ->add_option("--spacing", options->spacing, "Nominal distance of the prisms; as measured when not given, or 0")
         ->type_name("LENGTH");
     AddPointsOption(verb);
     AddAzimuthOption(verb);
-    AddStation(verb);
+    AddStandingOptions(verb);
     AddFigureOptions(verb);
-    SetRun(verb, options, RunRod);
+    SetComputation(verb, options, RunRod);
 }
 
 void AddSlope(CommandLine& commandLine)
@@ -181,9 +169,9 @@ void AddSlope(CommandLine& commandLine)
     AddTargetHeight(verb, options->targetHeight, "Reflector above each sighted point; 0 when not given");
     AddPointsOption(verb);
     AddAzimuthOption(verb);
-    AddStation(verb);
+    AddStandingOptions(verb);
     AddFigureOptions(verb);
-    SetRun(verb, options, RunSlope);
+    SetComputation(verb, options, RunSlope);
 }
 
 void AddCorner(CommandLine& commandLine)
@@ -228,8 +216,9 @@ void AddCorner(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddStandingOptions(verb);
+    AddFaceOption(verb);
     AddFigureOptions(verb);
-    SetRun(verb, options, RunCorner);
+    SetComputation(verb, options, RunCorner);
 }
 
 void AddEdge(CommandLine& commandLine)
@@ -264,8 +253,9 @@ void AddEdge(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddStandingOptions(verb);
+    AddFaceOption(verb);
     AddFigureOptions(verb);
-    SetRun(verb, options, RunEdge);
+    SetComputation(verb, options, RunEdge);
 }
 
 void AddColumn(CommandLine& commandLine)
@@ -297,8 +287,9 @@ void AddColumn(CommandLine& commandLine)
     AddPointsOption(verb);
     AddAzimuthOption(verb);
     AddStandingOptions(verb);
+    AddFaceOption(verb);
     AddFigureOptions(verb);
-    SetRun(verb, options, RunColumn);
+    SetComputation(verb, options, RunColumn);
 }
 
 } // namespace

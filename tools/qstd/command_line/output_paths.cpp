@@ -65,10 +65,21 @@ bool IsSameFile(const std::string& one, const std::string& other)
 
 } // namespace
 
-std::string OutputProblem(const Verb& verb)
+std::string PathProblem(const Verb& verb)
 {
     std::vector<NamedPath> taken = FilesOf(*verb.app, false);
-    for (const NamedPath& output : FilesOf(*verb.app, true))
+    const std::vector<NamedPath> outputs = FilesOf(*verb.app, true);
+    for (const std::vector<NamedPath>& files : {taken, outputs})
+    {
+        for (const NamedPath& file : files)
+        {
+            if (file.path.empty())
+            {
+                return fmt::format("{}: the name of the file is empty", file.option);
+            }
+        }
+    }
+    for (const NamedPath& output : outputs)
     {
         if (output.path == "-")
         {

@@ -49,7 +49,7 @@ void AddReplayVerb(CommandLine& commandLine)
     AddOutputOption(verb);
     verb.run = [&verb, options]() {
         options->output = verb.common->output.output;
-        const std::string problem = OutputProblem(verb);
+        const std::string problem = PathProblem(verb);
         const ReplayResult result =
             problem.empty() ? RunReplay(*options) : ReplayResult{EXIT_WRONG_USE, "qstd: replay: " + problem + "\n"};
         std::fputs(result.messages.c_str(), stderr);

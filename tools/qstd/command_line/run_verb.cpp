@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <optional>
 
 #include <unistd.h>
 
@@ -53,16 +52,17 @@ std::string Preview(const Computation& compute, Inputs& inputs, const OutputOpti
     return figures.StartWriting();
 }
 
-/** Completes what was written. @return empty, or what went wrong */
-std::string CommitAll(const std::string& output, OutputStream& stream, FigureOutput& figures)
+/** All files are complete before the first gets its name. @return empty, or what went wrong */
+std::string CommitAll(OutputStream& stream, FigureOutput& figures)
 {
-    std::optional<SignalsHeld> held;
-    held.emplace(); // not some of the files only
-    const std::string problem = figures.IsWanted() ? figures.Commit() : "";
-    if (output == "-")
+    std::string problem = figures.Complete();
+    problem = problem.empty() ? stream.Complete() : problem;
+    if (!problem.empty())
     {
-        held.reset(); // writing may wait for a reader
+        return problem;
     }
+    const SignalsHeld held; // not some of the files only
+    problem = figures.Commit();
     return problem.empty() ? stream.Commit() : problem;
 }
 
@@ -83,7 +83,7 @@ int Write(const Computation& compute, Inputs& inputs, Sink& sink, FigureOutput& 
     {
         figures.Tell(sink);
     }
-    problem = CommitAll(sink.Options().output, stream, figures);
+    problem = CommitAll(stream, figures);
     if (!problem.empty())
     {
         return Fail(problem);
@@ -119,7 +119,7 @@ void SetComputation(Verb& verb, Computation compute)
 {
     verb.run = [&verb, compute = std::move(compute)]() {
         const CommonOptions& common = *verb.common;
-        const std::string pathProblem = OutputProblem(verb);
+        const std::string pathProblem = PathProblem(verb);
         if (!pathProblem.empty())
         {
             return Fail(fmt::format("{}: {}", verb.text.name, pathProblem));

@@ -13,17 +13,6 @@ namespace qstd {
 
 namespace {
 
-/** Writes all of a text, or says on standard error that it could not. */
-bool Print(const std::string& text)
-{
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0)
-    {
-        return true;
-    }
-    std::fputs("qstd: standard output cannot be written\n", stderr);
-    return false;
-}
-
 VerbText StationText()
 {
     return {"station",
@@ -34,6 +23,10 @@ VerbText StationText()
             "--method auto takes a two-point resection for one sight each to two targets with a distance, a "
             "three-point resection for one sight each to three targets without distances, least squares for more, and "
             "a known line only where nothing else fits and its azimuth is given.\n\n"
+            "With --south-azimuth the orientation of a closed two- or three-point resection counts from south, as the "
+            "azimuth of --line-azimuth; that of an adjustment, which a known line is, too, counts from north in any "
+            "case. The report says so.\n\n"
+            "--columns picks columns of CSV; text and JSON have none here.\n\n"
             "Warnings tell of a station near the circle through its targets (danger circle), of two targets nearly in "
             "line, and of a station without redundancy.",
             {{"Directions to three known points",
@@ -119,13 +112,16 @@ void AddStation(CommandLine& commandLine)
     AddStationTables(verb, *options);
     AddStationMethod(verb, *options);
     AddStationFiles(verb, verb.common->output);
+    AddAzimuthOption(verb);
     AddCorrectionOptions(verb);
-    verb.run = [options, common = verb.common]() {
-        options->output = common->output;
-        options->instrument = common->instrument;
-        const CommandResult result = RunStation(*options);
+    verb.run = [&verb, options]() {
+        options->output = verb.common->output;
+        options->instrument = verb.common->instrument;
+        const std::string problem = PathProblem(verb);
+        const CommandResult result =
+            problem.empty() ? RunStation(*options) : CommandResult{EXIT_WRONG_USE, "qstd: station: " + problem + "\n"};
         std::fputs(result.messages.c_str(), stderr);
-        return Print(result.output) ? result.exitCode : int{EXIT_WRONG_USE};
+        return result.exitCode;
     };
 }
 
@@ -190,10 +186,7 @@ void AddBenchmark(CommandLine& commandLine)
                      "Where the instrument stands, for a height by zenith angle alone")
         ->type_name("POINT");
     AddCorrectionOptions(verb);
-    SetComputation(verb, [options, common = verb.common](Inputs& inputs, Sink& sink) {
-        options->instrument = common->instrument;
-        RunBenchmark(*options, inputs, sink);
-    });
+    SetComputation(verb, options, RunBenchmark);
 }
 
 } // namespace

@@ -30,7 +30,7 @@ const std::vector<TypeEntry>& TypeEntries()
 {
     static const std::vector<TypeEntry> entries = {
         {{"POINT", "Name in the table of --points, or coordinates N,E or N,E,H such as 3587.52,89562.49"},
-         {"POINT", "CENTRE"}},
+         {"POINT", "CENTRE", "A B"}},
         {{"HZ,V,SD", "Horizontal circle reading, zenith reading and slope distance, without blanks"}, {"HZ"}},
         {{"ANGLE", "99-10-24.5, 99d10'24.5\", 99.1735d, 110.1926g or 1.730904rad, also for azimuths and readings; a "
                    "bare number needs --angle"},

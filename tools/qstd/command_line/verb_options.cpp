@@ -68,7 +68,12 @@ void AddStandingOptions(Verb& verb)
     verb.app->add_option("--instrument-height", instrument.instrumentHeight, "Axis above the station; 0 when not given")
         ->check(LengthCheck())
         ->type_name("HEIGHT");
-    verb.app->add_flag("--face-two", instrument.isFaceTwo, "The telescope is in face two");
+}
+
+void AddFaceOption(Verb& verb)
+{
+    const InGroup group(*verb.app, INSTRUMENT_GROUP);
+    verb.app->add_flag("--face-two", verb.common->instrument.isFaceTwo, "The telescope is in face two");
 }
 
 } // namespace qstd

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace qstd {
@@ -15,19 +16,6 @@ namespace {
 
 constexpr size_t MOST_PROPOSALS = 3;
 
-std::vector<std::string_view> SplitAtCommas(std::string_view text)
-{
-    std::vector<std::string_view> parts;
-    size_t begin = 0;
-    for (size_t comma = text.find(','); comma != std::string_view::npos; comma = text.find(',', begin))
-    {
-        parts.push_back(text.substr(begin, comma - begin));
-        begin = comma + 1;
-    }
-    parts.push_back(text.substr(begin));
-    return parts;
-}
-
 /** Coordinates N,E or N,E,H; throws for a text with commas that is none. */
 KnownPoint LiteralPoint(const std::string& text)
 {
@@ -35,8 +23,8 @@ KnownPoint LiteralPoint(const std::string& text)
     std::vector<double> values;
     for (const std::string_view part : parts)
     {
-        const std::optional<double> value = ParseReal(Trim(part));
-        if (value && std::fabs(*value) <= LONGEST_LENGTH)
+        const std::optional<double> value = ParseReal(part);
+        if (value)
         {
             values.push_back(*value);
         }
@@ -45,6 +33,10 @@ KnownPoint LiteralPoint(const std::string& text)
     {
         throw WrongUse(fmt::format("point {}: not two or three numbers; write N,E or N,E,H such as 3587.52,89562.49",
                                    Quoted(text)));
+    }
+    if (std::any_of(values.begin(), values.end(), [](double value) { return std::fabs(value) > LONGEST_LENGTH; }))
+    {
+        throw WrongUse(fmt::format("point {}: beyond 100 000 km; no coordinate on the earth is larger", Quoted(text)));
     }
     KnownPoint point;
     point.id = text;
@@ -80,6 +72,7 @@ void InputTable::ShowProgress(bool isShown)
 
 void InputTable::Rewind()
 {
+    hasRows = false;
     progress.reset();
     if (showsProgress)
     {
@@ -99,7 +92,12 @@ bool InputTable::Next(TableRow& row)
     }
     if (stream->Next(row, messages))
     {
+        hasRows = true;
         return true;
+    }
+    if (!hasRows && !messages.HasErrors())
+    {
+        messages.AddWarning(Head().file, 0, "no rows; each line below the column names is one");
     }
     progress.reset();
     return false;
@@ -230,7 +228,12 @@ const std::vector<SetUp>& Inputs::SetUps(const std::string& path)
     {
         return found->second;
     }
-    std::vector<SetUp> setUps = ReadSetUps(ReadTable(path), bareAngles, problems);
+    const Table table = ReadTable(path);
+    std::vector<SetUp> setUps = ReadSetUps(table, bareAngles, problems);
+    if (table.rows.empty() && !problems.HasErrors())
+    {
+        problems.AddError(table.file, 0, "no sights; each line below the column names is one");
+    }
     if (problems.HasErrors())
     {
         throw Unreadable();

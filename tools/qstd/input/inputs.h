@@ -34,7 +34,7 @@ public:
     /** Tells how far it has come, from now on; not where that would stand between the lines of the results. */
     void ShowProgress(bool isShown);
 
-    /** False at the end. Rows that cannot be used are told in the messages of the run. */
+    /** False at the end. Rows that cannot be used, and that there are none, are told in the messages of the run. */
     bool Next(TableRow& row);
 
 private:
@@ -43,6 +43,7 @@ private:
     std::optional<TableStream> stream;
     std::optional<Progress> progress;
     bool showsProgress = true;
+    bool hasRows = false;
 };
 
 /** Reads each input once, however often a verb asks for it. */

@@ -243,6 +243,8 @@ bool TableLines::Take(std::string_view text, TableRow& row, Messages& messages)
     }
     if (!problem.empty())
     {
+        // Where no line before was a header this is hardly a table, and every further line would say the same.
+        isHopeless = !HasHeader();
         messages.AddError(head.file, line, problem);
         return false;
     }

@@ -2,7 +2,7 @@
 
 #include "output/descriptor.h"
 #include "output/interruption.h"
-#include "output/temporary_file.h"
+#include "output/output_stream.h"
 
 #include <fmt/format.h>
 
@@ -12,21 +12,6 @@
 #include <memory>
 
 namespace qstd {
-
-namespace {
-
-/** Writes a file under its temporary name. @return 0, or the error number */
-int WriteComplete(TemporaryFile& file, const std::string& content)
-{
-    int error = file.Create();
-    if (error == 0)
-    {
-        error = file.Write(content);
-    }
-    return error == 0 ? file.Complete() : error;
-}
-
-} // namespace
 
 FileContent ReadWhole(const std::string& path)
 {
@@ -66,29 +51,28 @@ std::string DisplayName(const std::string& path)
 
 std::string WriteWhole(const std::vector<OutputFile>& files)
 {
-    std::vector<std::unique_ptr<TemporaryFile>> temporaries;
+    std::vector<std::unique_ptr<OutputStream>> streams;
     for (const OutputFile& file : files)
     {
-        const std::string target = LinkTarget(file.path);
-        const std::string problem = TargetProblem(target);
+        OutputStream& stream = *streams.emplace_back(std::make_unique<OutputStream>());
+        std::string problem = stream.Open(file.path);
+        if (problem.empty())
+        {
+            stream.Write(file.content);
+            problem = stream.Complete();
+        }
         if (!problem.empty())
         {
-            return fmt::format("{}: {}", file.path, problem);
-        }
-        temporaries.push_back(std::make_unique<TemporaryFile>(target));
-        const int error = WriteComplete(*temporaries.back(), file.content);
-        if (error != 0)
-        {
-            return fmt::format("{}: cannot be written: {}", file.path, ErrorText(error));
+            return problem;
         }
     }
     const SignalsHeld held; // not some of the files only
-    for (size_t i = 0; i < files.size(); ++i)
+    for (const std::unique_ptr<OutputStream>& stream : streams)
     {
-        const int error = temporaries[i]->Rename();
-        if (error != 0)
+        std::string problem = stream->Commit();
+        if (!problem.empty())
         {
-            return fmt::format("{}: cannot be written: {}", files[i].path, ErrorText(error));
+            return problem;
         }
     }
     return "";

@@ -33,7 +33,8 @@ struct OutputFile
 };
 
 /**
- * Writes files under temporary names beside them and renames these when all are complete.
+ * Writes files under temporary names beside them and renames these when all are complete; "-" is standard output, which
+ * comes last.
  *
  * @return empty, or a message naming the file that could not be written; temporary files are then removed, and no file
  *         has changed unless a rename itself failed after another succeeded

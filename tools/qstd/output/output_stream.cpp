@@ -58,13 +58,19 @@ bool OutputStream::HasFailed() const
     return error != 0;
 }
 
-std::string OutputStream::Commit()
+std::string OutputStream::Complete()
 {
     Flush();
     if (file && !HasFailed())
     {
         error = file->Complete();
     }
+    return HasFailed() ? ProblemText() : "";
+}
+
+std::string OutputStream::Commit()
+{
+    Complete();
     if (file && !HasFailed())
     {
         error = file->Rename();

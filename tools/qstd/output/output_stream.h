@@ -35,7 +35,15 @@ public:
     /** True once a write has failed: going on is of no use. */
     [[nodiscard]] bool HasFailed() const;
 
-    /** Completes the output. @return empty, or what went wrong, naming the file */
+    /**
+     * Writes what is left; a file is then complete on the disk, but has not got its name. Of several outputs all are
+     * completed before the first is committed: what can go wrong has gone wrong by then.
+     *
+     * @return empty, or what went wrong, naming the file
+     */
+    std::string Complete();
+
+    /** Completes the output and gives a file its name. @return empty, or what went wrong, naming the file */
     std::string Commit();
 
 private:

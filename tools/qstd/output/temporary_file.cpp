@@ -84,6 +84,10 @@ int TemporaryFile::Write(std::string_view text) const
 
 int TemporaryFile::Complete()
 {
+    if (descriptor < 0)
+    {
+        return 0;
+    }
     const bool isComplete = fchmod(descriptor, OrdinaryPermissions()) == 0 && fsync(descriptor) == 0;
     const int error = isComplete ? 0 : errno;
     const int closing = close(std::exchange(descriptor, -1)) == 0 ? 0 : errno;

@@ -37,7 +37,7 @@ public:
 
     [[nodiscard]] int Write(std::string_view text) const;
 
-    /** Gives the file its permissions, brings it to the disk and closes it. */
+    /** Gives the file its permissions, brings it to the disk and closes it; does nothing the second time. */
     int Complete();
 
     int Rename();

@@ -96,7 +96,7 @@ public:
     {
         if (compares && options.calls == "-" && options.expect == "-")
         {
-            return {EXIT_WRONG_USE, "qstd: standard input can be read only once\n"};
+            return {EXIT_WRONG_USE, "qstd: replay: standard input can be read only once\n"};
         }
         if (!Open(calls, options.calls, callsName) || (compares && !Open(recording, options.expect, recordingName)))
         {
@@ -147,16 +147,26 @@ private:
 
     void CheckCalls()
     {
+        bool hasCalls = false;
         while (const std::optional<std::string_view> line = NextValue(calls))
         {
+            hasCalls = true;
             const std::string problem = ParseCall(*line).problem;
             if (!problem.empty())
             {
                 messages.AddError(callsName, calls.LineNumber(), problem);
             }
+            if (line->find('\0') != std::string_view::npos)
+            {
+                return; // no text: every further line would say the same
+            }
             ShowProgress(0);
         }
         CheckEnd(calls, callsName);
+        if (!hasCalls && !messages.HasErrors())
+        {
+            messages.AddWarning(callsName, 0, "no calls; each line is one, as a JSON object");
+        }
     }
 
     void CheckRecording()
@@ -257,7 +267,7 @@ private:
         {
             return {EXIT_WRONG_USE, fmt::format("qstd: {}\n", problem)};
         }
-        return {list.IsEmpty() ? EXIT_ALL_DONE : EXIT_NOT_COMPUTED, list.Text()};
+        return {list.IsEmpty() ? EXIT_ALL_DONE : EXIT_NOT_COMPUTED, messages.Text() + list.Text()};
     }
 
     [[nodiscard]] std::string Verdict() const

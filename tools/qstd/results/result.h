@@ -24,8 +24,7 @@ enum class Quantity
     AREA,
     NUMBER,  /**< a ratio or factor */
     PERCENT, /**< a grade */
-    MILLI,   /**< a length of which people want thousandths: value in the unit, printed times 1000 with one decimal */
-    SECONDS  /**< a small angle: value in radians, printed in seconds with one decimal */
+    MILLI    /**< a length of which people want thousandths: value in the unit, printed times 1000 with one decimal */
 };
 
 struct Column

@@ -13,7 +13,6 @@ namespace qstd {
 
 namespace {
 
-constexpr double SECONDS_PER_RADIAN = 648000.0 / 3.14159265358979323846;
 constexpr int NUMBER_DECIMALS = 6;
 constexpr int PERCENT_DECIMALS = 4;
 constexpr size_t MOST_PROPOSALS = 3;
@@ -60,7 +59,7 @@ void AddJson(nlohmann::ordered_json& object, const Column& column, const Value& 
     }
     else if (const auto* text = std::get_if<std::string>(&value))
     {
-        object[column.name] = *text;
+        object[column.name] = text->empty() ? nlohmann::json() : nlohmann::json(*text);
     }
     else if (const auto* count = std::get_if<int64_t>(&value))
     {
@@ -69,7 +68,7 @@ void AddJson(nlohmann::ordered_json& object, const Column& column, const Value& 
     else if (const auto* number = std::get_if<double>(&value))
     {
         // Adding 0.0 makes a negative zero positive.
-        object[column.name] = (column.quantity == Quantity::SECONDS ? *number * SECONDS_PER_RADIAN : *number) + 0.0;
+        object[column.name] = *number + 0.0;
     }
     else
     {
@@ -134,8 +133,6 @@ std::string Sink::Cell(const Column& column, const Value& value) const
             return FormatFixed(*number, PERCENT_DECIMALS);
         case Quantity::MILLI:
             return FormatSigned(*number * 1000.0, 1);
-        case Quantity::SECONDS:
-            return FormatSigned(*number * SECONDS_PER_RADIAN, 1);
         default:
             return FormatFixed(*number, options.decimals);
         }
@@ -155,8 +152,6 @@ std::string_view Sink::Unit(const Column& column) const
         return "%";
     case Quantity::MILLI:
         return options.unit == LinearUnit::METRE ? "mm" : "thousandths";
-    case Quantity::SECONDS:
-        return "\"";
     default:
         return "";
     }

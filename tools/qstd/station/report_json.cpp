@@ -39,6 +39,7 @@ Json StationObject(const StationSolution& solution)
     AddOptional(object, "height", solution.HasHeight() ? std::optional(station.position.height) : nothing);
     AddOptional(object, "mark_height", solution.markHeight);
     AddAngle(object, "orientation", station.orientation);
+    object["orientation_from"] = solution.IsOrientationFromSouth() ? "south" : "north";
     AddOptional(object, "northing_precision", hasPrecision ? std::optional(station.northingPrecision) : nothing);
     AddOptional(object, "easting_precision", hasPrecision ? std::optional(station.eastingPrecision) : nothing);
     AddOptional(object, "height_spread", solution.HasHeight() ? std::optional(station.heightSpread) : nothing);
@@ -123,9 +124,50 @@ Json SightObject(const PreparedSight& prepared, const SightResidual& residual)
     object["target_height"] = sight.targetHeight;
     object["face"] = prepared.isFaceTwo ? 2 : 1;
     object["used"] = prepared.isUsed;
-    object["remark"] = prepared.remark;
+    object["remark"] = prepared.remark.empty() ? Json(nullptr) : Json(prepared.remark);
     AddResidual(object, residual);
     return object;
+}
+
+/** Where solved the station and what tells how good it is, else why there is none. */
+void AddOutcome(Json& object, const StationSolution& solution)
+{
+    if (!solution.IsSolved())
+    {
+        const StatusText words = DescribeFailure(solution);
+        object["reason"] = words.reason;
+        object["usual_cause"] = words.usualCause;
+        object["remedy"] = words.remedy;
+        return;
+    }
+    object["result"] = StationObject(solution);
+    object["redundancy"] = solution.Redundancy();
+    if (solution.known != nullptr)
+    {
+        object["computed_less_known"] = KnownObject(solution);
+    }
+    if (solution.method != StationMethod::MULTI)
+    {
+        object["checks"] = CheckObject(solution);
+    }
+    if (solution.ellipse)
+    {
+        object["error_ellipse"] = EllipseObject(*solution.ellipse);
+    }
+}
+
+Json SightObjects(const StationSolution& solution)
+{
+    Json sights = Json::array();
+    for (size_t i = 0; i < solution.sights.size(); ++i)
+    {
+        sights.push_back(SightObject(solution.sights[i], solution.residuals[i]));
+        if (!solution.leftOut.empty() && solution.leftOut[i])
+        {
+            sights.back()["without"] = LeftOutObject(*solution.leftOut[i], i == solution.bestLeftOut);
+        }
+    }
+    return sights;
 }
 
 Json SetUpObject(const StationSolution& solution, const ReportStyle& style)
@@ -139,45 +181,13 @@ Json SetUpObject(const StationSolution& solution, const ReportStyle& style)
     object["status_name"] = OutcomeName(solution);
     object["method"] = MethodName(solution.method);
     object["unit"] = UnitSymbol(solution.unit);
-    if (solution.IsSolved())
-    {
-        object["result"] = StationObject(solution);
-        object["redundancy"] = solution.Redundancy();
-    }
-    else
-    {
-        const StatusText words = DescribeFailure(solution);
-        object["reason"] = words.reason;
-        object["usual_cause"] = words.usualCause;
-        object["remedy"] = words.remedy;
-    }
-    if (solution.IsSolved() && solution.known != nullptr)
-    {
-        object["computed_less_known"] = KnownObject(solution);
-    }
-    if (solution.IsSolved() && solution.method != StationMethod::MULTI)
-    {
-        object["checks"] = CheckObject(solution);
-    }
-    if (solution.ellipse)
-    {
-        object["error_ellipse"] = EllipseObject(*solution.ellipse);
-    }
+    AddOutcome(object, solution);
     AddOptional(object, "instrument_height", solution.setUp->instrumentHeight);
     object["directions"] = solution.directions;
     object["distances"] = solution.distances;
     object["reduced_from_face_two"] = solution.faceTwo;
-    Json sights = Json::array();
-    for (size_t i = 0; i < solution.sights.size(); ++i)
-    {
-        sights.push_back(SightObject(solution.sights[i], solution.residuals[i]));
-        if (!solution.leftOut.empty() && solution.leftOut[i])
-        {
-            sights.back()["without"] = LeftOutObject(*solution.leftOut[i], i == solution.bestLeftOut);
-        }
-    }
     object["warnings"] = solution.IsSolved() ? Json(DoubtTexts(solution, style.angles, true)) : Json::array();
-    object["sights"] = std::move(sights);
+    object["sights"] = SightObjects(solution);
     return object;
 }
 

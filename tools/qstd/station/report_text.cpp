@@ -174,6 +174,18 @@ std::string WrappedLine(std::string_view title, std::string_view text)
     return lines + std::string(text) + "\n";
 }
 
+std::string OrientationLine(const StationSolution& solution, const ReportStyle& style)
+{
+    std::string behind;
+    if (solution.ellipse)
+    {
+        behind += fmt::format("   ± {}\"", FormatFixed(solution.ellipse->orientationSigma * SECONDS_PER_RADIAN, 1));
+    }
+    const std::string reference = OrientationReference(solution);
+    behind += reference.empty() ? "" : (behind.empty() ? "   " : "  ") + reference;
+    return FigureLine("orientation", FormatAngle(solution.station.orientation, style.angles), behind);
+}
+
 std::string StationBlock(const StationSolution& solution, const ReportStyle& style)
 {
     const ResectStation& station = solution.station;
@@ -182,11 +194,7 @@ std::string StationBlock(const StationSolution& solution, const ReportStyle& sty
     text += FigureLine("easting", FormatFixed(station.position.easting, style.decimals),
                        PrecisionText(solution, station.eastingPrecision));
     text += HeightLines(solution, style);
-    text += FigureLine(
-        "orientation", FormatAngle(station.orientation, style.angles),
-        solution.ellipse
-            ? fmt::format("   ± {}\"", FormatFixed(solution.ellipse->orientationSigma * SECONDS_PER_RADIAN, 1))
-            : "");
+    text += OrientationLine(solution, style);
     text += CheckLines(solution) + EllipseLines(solution) + KnownLine(solution);
     for (const std::string& warning : DoubtTexts(solution, style.angles, false))
     {

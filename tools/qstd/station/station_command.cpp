@@ -30,7 +30,7 @@ struct Survey
 
 CommandResult Refused(const std::string& text)
 {
-    return {EXIT_WRONG_USE, "", fmt::format("qstd: {}\n", text)};
+    return {EXIT_WRONG_USE, fmt::format("qstd: station: {}\n", text)};
 }
 
 std::optional<Table> ReadTable(const std::string& path, Messages& messages)
@@ -80,7 +80,7 @@ std::string UnknownStation(const std::string& name, const Survey& survey, const 
     {
         proposals += (proposals.empty() ? "; did you mean " : ", ") + near;
     }
-    return fmt::format("station {}: no set-up in {}{}", Quoted(name), file,
+    return fmt::format("{}: no set-up in {}{}", Quoted(name), file,
                        proposals.empty() ? "; name a value of its column station" : proposals + "?");
 }
 
@@ -192,14 +192,6 @@ std::string OptionProblem(const StationOptions& options)
     {
         return "standard input can be read only once; give a file for --points or for --sights";
     }
-    if (options.output.svg == "-")
-    {
-        return "a plan goes to a file; give --svg a name such as plan.svg";
-    }
-    if (options.output.dxf == "-" || options.output.geoJson == "-")
-    {
-        return "a drawing goes to a file; give --dxf or --geojson a name such as plan.dxf";
-    }
     if (!options.lineAzimuth.empty() && !takesLine)
     {
         return "--line-azimuth gives the direction of a known line; give --method known-line or auto";
@@ -238,6 +230,10 @@ std::string FileProblem(const std::vector<OutputFile>& files, const StationOptio
 {
     for (size_t i = 0; i < files.size(); ++i)
     {
+        if (files[i].path == "-")
+        {
+            continue;
+        }
         if (IsSameFile(files[i].path, options.points) || IsSameFile(files[i].path, options.sights))
         {
             return fmt::format("{}: is an input; give another name", files[i].path);
@@ -303,25 +299,25 @@ CommandResult Compute(const StationOptions& options, const StationRequest& reque
     std::string notes;
     std::vector<OutputFile> files;
     DrawFiles(solutions, options.output, style, files, notes);
-    result.output = Report(solutions, options.output.format, style);
+    std::string report = Report(solutions, options.output.format, style);
     if (options.output.format == OutputFormat::TEXT)
     {
-        result.output += notes.empty() ? "" : "\n" + notes;
+        report += notes.empty() ? "" : "\n" + notes;
     }
     else
     {
         result.messages = WarningMessages(solutions, style) + notes;
     }
-    if (options.output.output != "-")
-    {
-        files.push_back({options.output.output, std::move(result.output)});
-        result.output.clear();
-    }
+    files.push_back({options.output.output, std::move(report)});
     std::string problem = FileProblem(files, options);
-    problem = problem.empty() ? WriteWhole(files) : problem;
     if (!problem.empty())
     {
         return Refused(problem);
+    }
+    problem = WriteWhole(files);
+    if (!problem.empty())
+    {
+        return {EXIT_WRONG_USE, fmt::format("qstd: {}\n", problem)};
     }
     const bool allSolved = std::all_of(solutions.begin(), solutions.end(),
                                        [](const StationSolution& solution) { return solution.IsSolved(); });
@@ -368,7 +364,7 @@ CommandResult RunStation(const StationOptions& options)
     const Survey survey = ReadSurvey(options, messages);
     if (messages.HasErrors())
     {
-        return {EXIT_UNREADABLE, "", messages.Text()};
+        return {EXIT_UNREADABLE, messages.Text()};
     }
     const std::vector<const SetUp*> selected = SelectSetUps(options, survey, problem);
     problem = problem.empty() ? TargetProblem(request.targets, selected, style.sightsFile) : problem;

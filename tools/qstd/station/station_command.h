@@ -30,11 +30,10 @@ struct StationOptions
 struct CommandResult
 {
     int exitCode = EXIT_ALL_DONE;
-    std::string output;   /**< for standard output */
     std::string messages; /**< for standard error */
 };
 
-/** Runs the command. Files are written by it, also that of --output; the texts are handed back. */
+/** Runs the command and writes its report and files. */
 CommandResult RunStation(const StationOptions& options);
 
 } // namespace qstd

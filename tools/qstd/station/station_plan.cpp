@@ -270,6 +270,10 @@ private:
                 fmt::format("H  {} {}  ground mark", FormatFixed(*solution.markHeight, style.decimals), unit));
         }
         lines.push_back(fmt::format("orientation  {}", FormatAngle(result.orientation, style.angles)));
+        if (solution.isSouthAzimuth)
+        {
+            lines.push_back(OrientationReference(solution));
+        }
         lines.push_back(fmt::format("{}, {}", Counted(solution.directions, "direction", "directions"),
                                     Counted(solution.distances, "distance", "distances")));
         lines.push_back(solution.Redundancy() > 0 ? fmt::format("redundancy {}", solution.Redundancy())

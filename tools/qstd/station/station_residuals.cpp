@@ -56,7 +56,7 @@ SightResidual ComputeResidual(const PreparedSight& sight, const StationSolution&
     const double dN = target.northing - station.position.northing;
     const double dE = target.easting - station.position.easting;
     const double distance = std::hypot(dN, dE);
-    const double azimuth = std::atan2(dE, dN);
+    const double azimuth = std::atan2(dE, dN) - (solution.IsOrientationFromSouth() ? PI : 0.0);
     residual.direction = WrapToHalfCircle(azimuth - RadiansOf(station.orientation) - RadiansOf(sight.circle));
     residual.across = *residual.direction * distance;
     if (sight.horizontalDistance)

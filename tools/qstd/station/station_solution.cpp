@@ -164,7 +164,8 @@ void PlaceLinePoint(StationSolution& solution, PreparedSight& sight, const Prepa
     const double length = std::hypot(
         *sight.horizontalDistance * std::cos(direction) - *start.horizontalDistance * std::cos(startDirection),
         *sight.horizontalDistance * std::sin(direction) - *start.horizontalDistance * std::sin(startDirection));
-    const double azimuth = RadiansOf(*request.lineAzimuth);
+    const double azimuth =
+        RadiansOf(*request.lineAzimuth) + (solution.isSouthAzimuth ? RadiansOf(ANGLE_HALF_CIRCLE) : 0.0);
     KnownPoint point;
     point.id = sight.sight->target;
     point.point = {start.target->point.northing + length * std::cos(azimuth),
@@ -194,15 +195,15 @@ double SpreadOfHeights(const StationSolution& solution)
     return largest - smallest;
 }
 
-void SolveByClosedMethod(StationSolution& solution, const StationRequest& request)
+/** The sights that go into a closed solution, marked so; none where there are too few. */
+std::vector<PreparedSight> TakeSights(StationSolution& solution, const StationRequest& request)
 {
     const std::vector<size_t> chosen = ChooseSights(solution.sights, *solution.setUp, solution.method, request);
     const size_t needed = solution.method == StationMethod::THREE_POINT ? 3 : 2;
     if (chosen.size() < needed)
     {
         CountObservations(solution);
-        solution.outcome = Outcome::TOO_FEW;
-        return;
+        return {};
     }
     TakeChosen(solution, chosen);
     if (solution.method == StationMethod::KNOWN_LINE && request.lineAzimuth)
@@ -220,6 +221,17 @@ void SolveByClosedMethod(StationSolution& solution, const StationRequest& reques
     for (const size_t sight : chosen)
     {
         taken.push_back(solution.sights[sight]);
+    }
+    return taken;
+}
+
+void SolveByClosedMethod(StationSolution& solution, const StationRequest& request)
+{
+    const std::vector<PreparedSight> taken = TakeSights(solution, request);
+    if (taken.empty())
+    {
+        solution.outcome = Outcome::TOO_FEW;
+        return;
     }
     const ClosedResult result = SolveClosed(solution.method, taken, request);
     solution.status = result.status;
@@ -269,12 +281,22 @@ KnownDifference DifferenceToKnown(const StationSolution& solution)
     return difference;
 }
 
+std::string OrientationReference(const StationSolution& solution)
+{
+    if (!solution.isSouthAzimuth)
+    {
+        return "";
+    }
+    return solution.IsOrientationFromSouth() ? "from south" : "from north (adjusted)";
+}
+
 StationSolution SolveStation(const SetUp& setUp, const PointList& points, const StationRequest& request)
 {
     const InstrumentConnection connection(request.instrument);
     StationSolution solution;
     solution.setUp = &setUp;
     solution.unit = request.unit;
+    solution.isSouthAzimuth = request.instrument.azimuthReference == 1;
     solution.known = points.Find(setUp.station);
     solution.sights = PrepareSights(setUp, points);
     solution.residuals.resize(solution.sights.size());

@@ -117,6 +117,7 @@ struct StationSolution
     size_t faceTwo = 0; /**< sights brought to face one */
     ClosedChecks checks;
     StationDoubts doubts;
+    bool isSouthAzimuth = false;                 /**< the instrument counts azimuths from south */
     bool isLineByAzimuth = false;                /**< a known line whose direction is an azimuth */
     std::shared_ptr<const KnownPoint> linePoint; /**< the second point of a known line, where it is not known itself */
     std::vector<std::optional<LeftOut>> leftOut; /**< one a sight, or empty; nothing for a sight that is not used */
@@ -140,6 +141,12 @@ struct StationSolution
         return directions + distances < unknowns ? 0 : directions + distances - unknowns;
     }
 
+    /** False for an adjustment, whose orientation counts from north whatever the instrument's azimuths do. */
+    [[nodiscard]] bool IsOrientationFromSouth() const
+    {
+        return isSouthAzimuth && (method == StationMethod::TWO_POINT || method == StationMethod::THREE_POINT);
+    }
+
     /** True where an adjustment tells how precise the station is. */
     [[nodiscard]] bool HasPrecision() const
     {
@@ -156,6 +163,9 @@ struct KnownDifference
 };
 
 KnownDifference DifferenceToKnown(const StationSolution& solution);
+
+/** From where the orientation counts, in words, where the instrument counts azimuths from south; else empty. */
+std::string OrientationReference(const StationSolution& solution);
 
 /** Computes one set-up. The set-up and the points must outlive the result. */
 StationSolution SolveStation(const SetUp& setUp, const PointList& points, const StationRequest& request = {});

@@ -5,6 +5,9 @@
 
 #include <fmt/format.h>
 
+#include <set>
+#include <utility>
+
 namespace qstd {
 
 namespace {
@@ -25,13 +28,27 @@ StatusText DescribeTooFew(const StationSolution& solution)
             "sight known points until there are three directions or two distances, or add the targets' coordinates"};
 }
 
+/** The used sights: 3 directions and 0 distances to 2 places. Targets of equal coordinates are one place. */
+std::string Holdings(const StationSolution& solution)
+{
+    std::set<std::pair<double, double>> places;
+    for (const PreparedSight& sight : solution.sights)
+    {
+        if (sight.isUsed)
+        {
+            places.emplace(sight.target->point.northing, sight.target->point.easting);
+        }
+    }
+    return fmt::format("{} and {} to {}", Counted(solution.directions, "direction", "directions"),
+                       Counted(solution.distances, "distance", "distances"), Counted(places.size(), "place", "places"));
+}
+
 /** What a closed method was given too little of. */
 StatusText DescribeTooFewForMethod(const StationSolution& solution)
 {
-    const std::string holds = fmt::format("{} with {}", Counted(solution.directions, "direction", "directions"),
-                                          Counted(solution.distances, "distance", "distances"));
+    const std::string holds = Holdings(solution);
     const char* const causes = "targets missing from the points table, names written differently there, sights kept "
-                               "out with use 0, or several sights to one target";
+                               "out with use 0, or several sights to one target or to targets of equal coordinates";
     switch (solution.method)
     {
     case StationMethod::THREE_POINT:

@@ -202,11 +202,12 @@ std::string FormatDecimal(AngleUnit angle, double divisor, double fullCircle, in
 
 ParsedAngle ParseAngle(std::string_view text, std::optional<AngleForm> bare)
 {
-    if (text.size() > LONGEST_ANGLE)
+    const std::string_view trimmed = Trim(text);
+    if (trimmed.size() > LONGEST_ANGLE)
     {
         return Problem(NOT_AN_ANGLE);
     }
-    const std::string plain = PlainSigns(Trim(text));
+    const std::string plain = PlainSigns(trimmed);
     std::string_view angle = plain;
     if (!angle.empty() && angle.front() == '-' && angle.find_first_of("0123456789") == 1)
     {

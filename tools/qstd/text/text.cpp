@@ -75,6 +75,19 @@ std::string_view Trim(std::string_view text)
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
+std::vector<std::string_view> SplitAtCommas(std::string_view text)
+{
+    std::vector<std::string_view> parts;
+    size_t begin = 0;
+    for (size_t comma = text.find(','); comma != std::string_view::npos; comma = text.find(',', begin))
+    {
+        parts.push_back(Trim(text.substr(begin, comma - begin)));
+        begin = comma + 1;
+    }
+    parts.push_back(Trim(text.substr(begin)));
+    return parts;
+}
+
 std::string LowerCase(std::string_view text)
 {
     std::string lower(text);

@@ -16,6 +16,9 @@ namespace qstd {
 /** Without blanks and tabs at both ends. */
 std::string_view Trim(std::string_view text);
 
+/** The parts between commas, each as Trim leaves it; at least one. */
+std::vector<std::string_view> SplitAtCommas(std::string_view text);
+
 /** ASCII letters in lower case, all else as it stands. */
 std::string LowerCase(std::string_view text);
 

@@ -169,7 +169,7 @@ void ShowArc(const Arc& arc, const StakeOptions& stakes, bool isMain, Row& row, 
     }
     else if (std::abs(arc.params.centralAngle) >= ANGLE_FULL_CIRCLE - 1)
     {
-        row.remark = "a full circle; an arc that is longer ends here";
+        row.remark = "a full circle";
     }
     sink.Begin(ArcSection(arc, isMain));
     sink.Add(row);
@@ -220,7 +220,7 @@ void Compute(const Arc& arc, const KnownPoint& point, double startChainage, cons
     const bool hasHeight = (point.point.flags & arc.definition.from.point.flags & POINT_HAS_HEIGHT) != 0;
     row.values.emplace_back(startChainage + result.along);
     row.values.emplace_back(result.offset);
-    row.values.emplace_back(SideOfReference(result.offset, "arc", sink));
+    row.values.emplace_back(SideText(result.offset, sink, "arc"));
     row.values.emplace_back(hasHeight ? RealValue(result.heightDifference) : Value());
     if (IsAtCentre(arc, point.point, result.offset))
     {

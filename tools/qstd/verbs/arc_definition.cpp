@@ -2,6 +2,7 @@
 
 #include "text/outcome.h"
 #include "text/status_name.h"
+#include "text/text.h"
 #include "verbs/arguments.h"
 
 #include <fmt/format.h>
@@ -14,6 +15,11 @@ namespace {
 
 /** No arc in the field is smaller; what is comes from tangents that meet in the start point, and rounding. */
 constexpr double SMALLEST_RADIUS = 1e-4;
+
+/** By so much a length may exceed the full circle: its circumference is typed as it is printed. */
+constexpr double CIRCLE_TOLERANCE = 1e-3;
+
+constexpr double FULL_TURN = 2.0 * 3.14159265358979323846;
 
 const char* const THREE_WAYS = "an arc is given by --to B with --via P, or with --tangent and --end-tangent; by "
                                "--tangent, --radius and --deflection or --end-tangent; or by --tangent, --radius "
@@ -70,6 +76,17 @@ void ReadCoordinates(const ArcOptions& options, Inputs& inputs, ArcDefinition& a
     arc.endAzimuth = AzimuthBetween(*arc.via, arc.to);
 }
 
+/** The library cuts a longer arc to the full circle without a word. */
+void CheckLength(const ArcDefinition& arc, const std::string& text)
+{
+    const double circumference = FULL_TURN * std::fabs(arc.radius);
+    if (arc.radius != 0.0 && arc.length > circumference + CIRCLE_TOLERANCE)
+    {
+        throw WrongUse(fmt::format("length {}: more than the full circle, {:.3f}; give at most that", Quoted(text),
+                                   circumference));
+    }
+}
+
 void ReadRadius(const ArcOptions& options, Inputs& inputs, ArcDefinition& arc)
 {
     arc.startAzimuth = inputs.Angle(options.tangent, "start tangent");
@@ -78,6 +95,7 @@ void ReadRadius(const ArcOptions& options, Inputs& inputs, ArcDefinition& arc)
     {
         arc.kind = ArcDefinition::Kind::RADIUS_AND_LENGTH;
         arc.length = LengthArgument(options.length, "length");
+        CheckLength(arc, options.length);
         return;
     }
     arc.kind = ArcDefinition::Kind::RADIUS_AND_TANGENT;
@@ -139,6 +157,22 @@ std::string WhyRefused(const ArcDefinition& arc, int32_t status)
     }
 }
 
+/** Why an arc that the library takes with success is none. */
+std::string WhyUseless(const ArcDefinition& arc)
+{
+    if (arc.kind != ArcDefinition::Kind::COORDINATES)
+    {
+        return fmt::format("a radius below {} leaves no arc", SMALLEST_RADIUS);
+    }
+    if (arc.via)
+    {
+        return fmt::format("over {} the tangents turn back on themselves, which leaves no arc; look at the coordinates "
+                           "of {}",
+                           arc.via->id, arc.via->id);
+    }
+    return fmt::format("the tangents meet in {}, which leaves no arc; look at the two azimuths", arc.from.id);
+}
+
 } // namespace
 
 ArcDefinition ReadArc(const ArcOptions& options, Inputs& inputs)
@@ -176,7 +210,7 @@ std::optional<ArcParams> DefineArc(const ArcDefinition& arc, Row& row)
     if (!std::isfinite(params.radius) || std::fabs(params.radius) < SMALLEST_RADIUS || !std::isfinite(params.length))
     {
         row.isComputed = false;
-        row.remark = fmt::format("the tangents meet in {}, which leaves no arc; look at the two azimuths", arc.from.id);
+        row.remark = WhyUseless(arc);
         return std::nullopt;
     }
     return params;

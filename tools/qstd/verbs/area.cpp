@@ -1,7 +1,9 @@
 #include "verbs/area.h"
 
+#include "input/table_points.h"
 #include "text/outcome.h"
 #include "text/text.h"
+#include "verbs/arguments.h"
 #include "verbs/plan_shapes.h"
 
 #include <qstdlib.h>
@@ -10,6 +12,8 @@
 
 #include <cmath>
 #include <cstdint>
+#include <optional>
+#include <utility>
 
 namespace qstd {
 
@@ -26,12 +30,13 @@ const Section SECTION = {"area",
                           {"area", "area", Quantity::AREA, ""},
                           {"perimeter", "perimeter", Quantity::LENGTH, ""}}};
 
-/** The corners with plan coordinates; beyond what the library takes they are only counted. */
+/** The corners, with plan coordinates; beyond what the library takes they are only counted. */
 struct Corners
 {
     std::vector<KnownPoint> points;
     size_t count = 0;
-    size_t withoutPlan = 0;
+    size_t withoutPlan = 0;             /**< left out of a table */
+    std::optional<KnownPoint> unusable; /**< a corner that was named, without plan coordinates */
 };
 
 void Add(KnownPoint point, Corners& corners)
@@ -50,21 +55,30 @@ void Add(KnownPoint point, Corners& corners)
 
 Corners FromTable(const std::string& path, Inputs& inputs)
 {
-    InputTable& table = inputs.Rows(path);
     Corners corners;
-    const PointRows rows(table.Head(), inputs.Problems());
-    if (!rows.HasColumns())
+    TablePoints table(path, inputs);
+    KnownPoint point;
+    while (table.Next(point))
     {
-        throw Unreadable();
+        Add(point, corners);
     }
-    TableRow row;
-    while (table.Next(row))
+    return corners;
+}
+
+/** Who names a corner wants it in the polygon: one without plan coordinates is not left out. */
+Corners Named(const std::vector<std::string>& names, Inputs& inputs)
+{
+    Corners corners;
+    for (const std::string& name : names)
     {
-        std::optional<KnownPoint> point = rows.Read(row, inputs.Problems());
-        if (point)
+        KnownPoint corner = inputs.Point(name);
+        if ((corner.point.flags & POINT_HAS_PLAN) == 0)
         {
-            Add(std::move(*point), corners);
+            Corners refused;
+            refused.unusable = std::move(corner);
+            return refused;
         }
+        Add(std::move(corner), corners);
     }
     return corners;
 }
@@ -75,16 +89,7 @@ Corners Read(const AreaOptions& options, Inputs& inputs)
     {
         throw WrongUse("no corners; name them in order, or give --points FILE for all points of a table");
     }
-    if (options.corners.empty())
-    {
-        return FromTable(options.table, inputs);
-    }
-    Corners corners;
-    for (const std::string& name : options.corners)
-    {
-        Add(inputs.Point(name), corners);
-    }
-    return corners;
+    return options.corners.empty() ? FromTable(options.table, inputs) : Named(options.corners, inputs);
 }
 
 double Perimeter(const std::vector<KnownPoint>& corners)
@@ -113,6 +118,11 @@ double Area(const std::vector<KnownPoint>& corners)
 Row Compute(const Corners& corners)
 {
     Row row;
+    if (corners.unusable)
+    {
+        IsRefusedForPlan({*corners.unusable}, row);
+        return row;
+    }
     row.values = {static_cast<int64_t>(corners.count)};
     row.isComputed = corners.count >= FEWEST_CORNERS && corners.count <= MOST_CORNERS;
     if (corners.count > MOST_CORNERS)

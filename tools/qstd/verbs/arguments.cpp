@@ -58,11 +58,12 @@ bool IsOnEarth(const PointRecord& point)
            (!hasHeight || IsLengthOnEarth(point.height));
 }
 
-std::string SideText(double offset, const Sink& sink)
+std::string SideText(double offset, const Sink& sink, const std::string& reference)
 {
-    if (sink.LengthText(std::fabs(offset)) == sink.LengthText(0.0))
+    // Formatting is needed only for what may be printed as 0; a long list asks for every line.
+    if (std::fabs(offset) < 1.0 && sink.LengthText(std::fabs(offset)) == sink.LengthText(0.0))
     {
-        return "on the line";
+        return "on the " + reference;
     }
     return offset > 0.0 ? "to the right" : "to the left";
 }

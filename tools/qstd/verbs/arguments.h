@@ -26,8 +26,8 @@ bool IsRefusedForPlan(const PointReferences& points, Row& row);
 /** False for a computed point that is no place on the earth: a coordinate not finite, or beyond LONGEST_LENGTH. */
 bool IsOnEarth(const PointRecord& point);
 
-/** In words: to the right, to the left, or on the line where it is printed as 0. */
-std::string SideText(double offset, const Sink& sink);
+/** In words: to the right, to the left, or on the reference, such as a line or an arc, where it is printed as 0. */
+std::string SideText(double offset, const Sink& sink, const std::string& reference = "line");
 
 } // namespace qstd
 

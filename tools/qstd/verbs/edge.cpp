@@ -62,14 +62,6 @@ std::string Remark(int32_t status)
     }
 }
 
-/** True where the point lies behind an instrument that looks along the direction. */
-bool IsBehind(const PointRecord& station, double direction, const PointRecord& point)
-{
-    return (point.northing - station.northing) * std::cos(direction) +
-               (point.easting - station.easting) * std::sin(direction) <
-           0.0;
-}
-
 /** The library tells a sight that misses the plane only by the plane's own point. */
 void CheckPlane(const AngleSight& sight, const Standing& standing, Found& found)
 {

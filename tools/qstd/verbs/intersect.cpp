@@ -19,6 +19,9 @@ namespace qstd {
 
 namespace {
 
+/** Solutions nearer to each other are one place for every instrument. */
+constexpr double ONE_PLACE = 1e-4;
+
 struct Circle
 {
     KnownPoint centre;
@@ -236,6 +239,15 @@ std::string ShortTitle(const Curves& curves)
     return curves.lines.empty() ? "Intersection of two circles" : "Intersection of a line and a circle";
 }
 
+/** True where the curves only touch; rounding may make two solutions of that. */
+bool IsTouch(const Solutions& solutions)
+{
+    const auto& [first, second] = solutions.points;
+    return solutions.count == 1
+               ? !solutions.positions[0].empty()
+               : std::hypot(second.northing - first.northing, second.easting - first.easting) < ONE_PLACE;
+}
+
 void Report(const Solutions& solutions, Sink& sink)
 {
     sink.Begin(SectionFor(solutions));
@@ -249,7 +261,7 @@ void Report(const Solutions& solutions, Sink& sink)
         const PointRecord& point = solutions.points[i];
         row.values = {static_cast<int64_t>(i + 1), solutions.count == 1 ? "" : solutions.positions[i],
                       RealValue(point.northing), RealValue(point.easting)};
-        row.remark = solutions.count == 1 && !solutions.positions[i].empty() ? "touches" : "";
+        row.remark = IsTouch(solutions) ? "touches" : "";
         sink.Add(row);
     }
 }
@@ -285,6 +297,38 @@ bool AreDrawable(const Solutions& solutions)
     return status != QSTD_MISSING_COORDINATES && status != QSTD_COINCIDENT_POINTS && status != QSTD_REJECTED;
 }
 
+/** What a line is to be seen all along where it meets nothing: the circle, or as much around the other line's point. */
+std::vector<Circle> Surroundings(const Curves& curves)
+{
+    std::vector<Circle> around = curves.circles;
+    if (curves.lines.size() == 2)
+    {
+        const KnownPoint& first = curves.lines[0].first;
+        const KnownPoint& second = curves.lines[1].first;
+        const double apart =
+            std::hypot(second.point.northing - first.point.northing, second.point.easting - first.point.easting);
+        around.insert(around.end(), {{first, apart}, {second, apart}});
+    }
+    return around;
+}
+
+/** The places on either side of the circles, in the direction of the line. */
+void CarryPast(const PlanLine& line, const std::vector<Circle>& circles, bool isSouth,
+               std::vector<PointRecord>& carried)
+{
+    const double direction = DirectionOf(line.definition, isSouth);
+    for (const Circle& circle : circles)
+    {
+        for (const double along : {-circle.radius, circle.radius})
+        {
+            PointRecord place = circle.centre.point;
+            place.northing += along * std::cos(direction);
+            place.easting += along * std::sin(direction);
+            carried.push_back(place);
+        }
+    }
+}
+
 /** Drawn without a solution too: the picture shows why there is none. */
 void Draw(const Curves& curves, const Solutions& solutions, bool isSouth, const Sink& sink)
 {
@@ -299,9 +343,17 @@ void Draw(const Curves& curves, const Solutions& solutions, bool isSouth, const 
     }
     for (const PlanLine& line : curves.lines)
     {
+        if (solutions.count == 0)
+        {
+            CarryPast(line, Surroundings(curves), isSouth, carried);
+        }
         figure.Add(DrawnLine(line.definition, carried, isSouth));
     }
     DrawGiven(curves, figure);
+    if (solutions.count == 0)
+    {
+        figure.Note("no intersection: " + solutions.refusal.remark);
+    }
     for (size_t i = 0; i < solutions.count; ++i)
     {
         figure.Add(ComputedPoint(std::to_string(i + 1), solutions.points[i]));

@@ -98,7 +98,7 @@ void Compute(const KnownPoint& point, double startChainage, const Sink& sink, Ro
     const bool hasHeight = (result.foot.flags & POINT_HAS_HEIGHT) != 0;
     row.values.emplace_back(startChainage + result.station);
     row.values.emplace_back(result.offset);
-    row.values.emplace_back(SideOfReference(result.offset, "line", sink));
+    row.values.emplace_back(SideText(result.offset, sink));
     row.values.emplace_back(hasHeight ? Value(result.heightDifference) : Value());
     row.values.emplace_back(result.foot.northing);
     row.values.emplace_back(result.foot.easting);

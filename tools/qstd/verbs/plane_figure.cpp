@@ -25,8 +25,7 @@ FigurePoint Given(const KnownPoint& point, const std::string& letter)
     return {FigureName(point, letter), PlaceOf(point.point), PointRole::GIVEN};
 }
 
-} // namespace
-
+/** Strike of a plane, turned to where its baseline runs, radians from north. */
 double ViewAzimuth(const ReferencePlane& plane)
 {
     const SpaceVector normal = plane.Normal();
@@ -35,11 +34,14 @@ double ViewAzimuth(const ReferencePlane& plane)
     return std::atan2(sign * normal[0], -sign * normal[1]);
 }
 
+/** True for a plane that is rather looked at from above. */
 bool IsFlatPlane(const ReferencePlane& plane)
 {
     const SpaceVector normal = plane.Normal();
     return std::hypot(normal[0], normal[1]) < STEEPEST_FLAT * std::fabs(normal[2]);
 }
+
+} // namespace
 
 PlaneFigure::PlaneFigure(const ReferencePlane& planeToDraw, const Sink& sinkOfVerb)
     : plane(planeToDraw), sink(sinkOfVerb), figure(sinkOfVerb.Figure())

@@ -36,12 +36,6 @@ private:
     bool isFlat = false;
 };
 
-/** Strike of a plane, turned to where its baseline runs, radians from north. */
-double ViewAzimuth(const ReferencePlane& plane);
-
-/** True for a plane that is rather looked at from above. */
-bool IsFlatPlane(const ReferencePlane& plane);
-
 } // namespace qstd
 
 #endif

@@ -69,18 +69,11 @@ double DirectionOf(const ReferencePlane& plane, const AngleSight& sight)
     return RadiansOf(WithinCircle(sight.circle + plane.orientation)) + (isTurned ? RadiansOf(ANGLE_HALF_CIRCLE) : 0.0);
 }
 
-/** The two-point plane takes a sight for a line without ends. */
-bool IsBehind(const ReferencePlane& plane, const AngleSight& sight, const PointRecord& point)
-{
-    const SpaceVector way = Difference(plane.station.point, point);
-    const double azimuth = DirectionOf(plane, sight);
-    return way[0] * std::cos(azimuth) + way[1] * std::sin(azimuth) < 0.0;
-}
-
 /** What is known of a point only with the height of the station, and what to say of it. */
 void Complete(const ReferencePlane& plane, const AngleSight& sight, PlanePlace& place, Row& row)
 {
-    const bool isBehind = !plane.IsInSpace() && IsBehind(plane, sight, place.point);
+    // The two-point plane takes a sight for a line without ends.
+    const bool isBehind = !plane.IsInSpace() && IsBehind(plane.station.point, DirectionOf(plane, sight), place.point);
     if (!HasHeight(plane.station))
     {
         place.point.flags = POINT_HAS_PLAN;

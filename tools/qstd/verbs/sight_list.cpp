@@ -29,13 +29,14 @@ AngleUnit NeededAngle(RowReader& reader, std::string_view column, std::optional<
     return angle.value_or(0);
 }
 
-} // namespace
-
+/** HZ,V or HZ,V,SD. Throws WrongUse. */
 AngleSight ReadTypedSight(const std::string& text, const Inputs& inputs)
 {
     const TypedSight typed = ParseSight(text, "sight", SightParts::ANGLES, inputs);
     return {text, typed.circle, *typed.zenith, typed.slopeDistance};
 }
+
+} // namespace
 
 SightList::SightList(const std::string& tablePath, const std::vector<std::string>& typedSights,
                      const std::string& stationName, Inputs& inputsOfVerb)

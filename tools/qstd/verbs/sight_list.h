@@ -25,9 +25,6 @@ struct AngleSight
     std::optional<double> slopeDistance;
 };
 
-/** HZ,V or HZ,V,SD. Throws WrongUse. */
-AngleSight ReadTypedSight(const std::string& text, const Inputs& inputs);
-
 /**
  * One sight after the other: those of a table target hz v [sd] [station], then those typed. None is kept.
  *

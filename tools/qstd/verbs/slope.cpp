@@ -1,5 +1,6 @@
 #include "verbs/slope.h"
 
+#include "input/table_points.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "text/text.h"
@@ -127,25 +128,6 @@ Section RecordOf(const Sink& sink, const Checked& checked)
                      SideOf(sink, checked.result.heightAboveSlope, "cut down to the slope", "fill up to the slope"));
 }
 
-void ForEachOfTable(const std::string& path, Inputs& inputs, const std::function<void(const KnownPoint&)>& visit)
-{
-    InputTable& table = inputs.Rows(path);
-    const PointRows rows(table.Head(), inputs.Problems());
-    if (!rows.HasColumns())
-    {
-        throw Unreadable();
-    }
-    TableRow row;
-    while (table.Next(row))
-    {
-        const std::optional<KnownPoint> point = rows.Read(row, inputs.Problems());
-        if (point)
-        {
-            visit(*point);
-        }
-    }
-}
-
 /** Those of the table first, then the typed ones, as every verb takes them. */
 void ForEachPoint(const SlopeOptions& options, const Standing& standing, Inputs& inputs,
                   const std::function<void(const KnownPoint&)>& visit)
@@ -153,7 +135,12 @@ void ForEachPoint(const SlopeOptions& options, const Standing& standing, Inputs&
     const double targetHeight = LengthArgument(options.targetHeight, "--target-height");
     if (!options.list.empty())
     {
-        ForEachOfTable(options.list, inputs, visit);
+        TablePoints listed(options.list, inputs);
+        KnownPoint point;
+        while (listed.Next(point))
+        {
+            visit(point);
+        }
     }
     for (const std::string& text : options.points)
     {

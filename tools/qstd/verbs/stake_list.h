@@ -6,6 +6,7 @@
 #define QSTD_STAKE_LIST_H
 
 #include "input/inputs.h"
+#include "input/table_points.h"
 #include "results/result.h"
 #include "results/sink.h"
 
@@ -27,28 +28,21 @@ struct StakeOptions
 class StakeList
 {
 public:
-    /** Begins at the first point. Throws as Inputs::Rows does, and Unreadable for a table of other columns. */
+    /** Begins at the first point. Throws as TablePoints does. */
     StakeList(const StakeOptions& options, Inputs& inputs);
 
     /** False at the end. Rows that cannot be used are told in the messages of the run. */
     bool Next(KnownPoint& point);
 
 private:
-    bool NextOfTable(KnownPoint& point);
-
     const StakeOptions& options;
     Inputs& inputs;
-    InputTable* table = nullptr;
-    std::optional<PointRows> rows;
-    TableRow row;
+    std::optional<TablePoints> table; /**< until its end */
     size_t typed = 0;
 };
 
 /** The chainage of the start. Throws WrongUse. */
 double StartChainage(const StakeOptions& options);
-
-/** In words, quick enough for every line of a long list. @param reference  such as line, arc */
-std::string SideOfReference(double offset, const std::string& reference, const Sink& sink);
 
 /** Hands over the one row of a list whose reference could not be defined. @param section  of the list */
 void AddRefusal(const Section& section, const Row& refusal, Sink& sink);

@@ -94,6 +94,13 @@ double DirectionOfReading(const Standing& standing, AngleUnit circle)
     return RadiansOf(WithinCircle(AzimuthOfReading(standing, circle) + southTurn));
 }
 
+bool IsBehind(const PointRecord& station, double direction, const PointRecord& point)
+{
+    return (point.northing - station.northing) * std::cos(direction) +
+               (point.easting - station.easting) * std::sin(direction) <
+           0.0;
+}
+
 KnownPoint MeasuredPoint(const std::string& text, const Standing& standing, double targetHeight, Inputs& inputs)
 {
     if (inputs.Points().Find(text) != nullptr || !LooksLikeSight(text))

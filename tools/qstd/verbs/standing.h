@@ -40,6 +40,9 @@ AngleUnit AzimuthOfReading(const Standing& standing, AngleUnit circle);
 /** The same from north whatever the reference is, radians. */
 double DirectionOfReading(const Standing& standing, AngleUnit circle);
 
+/** True where the point lies behind an instrument that looks along the direction, radians from north. */
+bool IsBehind(const PointRecord& station, double direction, const PointRecord& point);
+
 /**
  * A point given by name, by coordinates, or as the sight HZ,V,SD from the station to a reflector above it.
  *

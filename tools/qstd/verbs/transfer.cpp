@@ -1,5 +1,7 @@
 #include "verbs/transfer.h"
 
+#include "text/angle_text.h"
+#include "text/outcome.h"
 #include "text/status_name.h"
 #include "text/text.h"
 #include "verbs/arguments.h"
@@ -49,7 +51,13 @@ AngleUnit Rotation(const std::string& text, const Inputs& inputs)
     {
         return 0;
     }
-    return plain.front() == '-' ? -inputs.Angle(plain.substr(1), "rotation") : inputs.Angle(plain, "rotation");
+    const bool isNegative = plain.front() == '-';
+    const ParsedAngle angle = ParseAngle(plain.substr(isNegative ? 1 : 0), inputs.BareAngles());
+    if (!angle.problem.empty())
+    {
+        throw WrongUse(fmt::format("rotation {}: {}", Quoted(plain), angle.problem));
+    }
+    return isNegative ? -angle.units : angle.units;
 }
 
 /** Direction of the transferred line in the instrument's reference, within the circle. */

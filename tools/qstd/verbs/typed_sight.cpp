@@ -31,15 +31,8 @@ double ParseDistance(const std::string& text, const std::string& what)
 
 std::vector<std::string> PartsOf(const std::string& text)
 {
-    std::vector<std::string> parts;
-    size_t begin = 0;
-    for (size_t comma = text.find(','); comma != std::string::npos; comma = text.find(',', begin))
-    {
-        parts.emplace_back(Trim(std::string_view(text).substr(begin, comma - begin)));
-        begin = comma + 1;
-    }
-    parts.emplace_back(Trim(std::string_view(text).substr(begin)));
-    return parts;
+    const std::vector<std::string_view> parts = SplitAtCommas(text);
+    return {parts.begin(), parts.end()};
 }
 
 bool LooksLikeSight(const std::string& text)
