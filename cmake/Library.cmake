@@ -1,4 +1,7 @@
-# The library itself: one set of objects, archived as libqstdlib.a and linked as libqstdlib.so.
+# The library itself: one set of objects, archived as libqstdlib.a and, where the platform can load one, linked as
+# libqstdlib.so.
+get_property(QSTDLIB_SHARED GLOBAL PROPERTY TARGET_SUPPORTS_SHARED_LIBS)
+
 set(QSTDLIB_SOURCES
     core/angle.cpp
     core/face.cpp
@@ -6,7 +9,9 @@ set(QSTDLIB_SOURCES
     core/point.cpp
     core/record_layout.cpp
     core/settings.cpp
+    core/soft_arithmetic.cpp
     cogo/area.cpp
+    cogo/baseline.cpp
     cogo/circle.cpp
     cogo/inverse.cpp
     cogo/line.cpp
@@ -32,6 +37,7 @@ set(QSTDLIB_SOURCES
     station/known_line.cpp
     station/matrix.cpp
     station/multi_point_resection.cpp
+    station/plan_rows.cpp
     station/three_point_resection.cpp
     station/two_point_resection.cpp)
 
@@ -40,7 +46,7 @@ set(QSTDLIB_SANITIZE "" CACHE STRING "Further sanitizers for the library's own c
 add_library(qstdlib_objects OBJECT ${QSTDLIB_SOURCES})
 set_target_properties(
     qstdlib_objects
-    PROPERTIES POSITION_INDEPENDENT_CODE ON
+    PROPERTIES POSITION_INDEPENDENT_CODE ${QSTDLIB_SHARED}
                C_VISIBILITY_PRESET hidden
                CXX_VISIBILITY_PRESET hidden
                VISIBILITY_INLINES_HIDDEN ON)
@@ -50,23 +56,31 @@ target_compile_definitions(qstdlib_objects PRIVATE QSTDLIB_BUILDING)
 # are called, not one sincos for both.
 set(QSTDLIB_EXACT -ffp-contract=off -fno-fast-math -fno-builtin-sin -fno-builtin-cos)
 target_compile_options(qstdlib_objects PRIVATE ${QSTDLIB_EXACT} -fno-exceptions -fno-rtti)
+if(CMAKE_CROSSCOMPILING AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Memory counts on the target: no function is inlined, and no jump threaded, where that makes the code larger.
+    target_compile_options(qstdlib_objects PRIVATE -fno-inline-functions -fno-thread-jumps)
+endif()
 if(QSTDLIB_SANITIZE)
     target_compile_options(qstdlib_objects PRIVATE -fsanitize=${QSTDLIB_SANITIZE} -fno-sanitize-recover=all)
 endif()
 target_link_libraries(qstdlib_objects PRIVATE $<BUILD_INTERFACE:qstdlib_warnings>)
 
-add_library(qstdlib SHARED $<TARGET_OBJECTS:qstdlib_objects>)
+set(QSTDLIB_LIBRARIES qstdlib_static)
 add_library(qstdlib_static STATIC $<TARGET_OBJECTS:qstdlib_objects>)
-set_target_properties(
-    qstdlib
-    PROPERTIES VERSION ${PROJECT_VERSION}
-               SOVERSION ${PROJECT_VERSION_MAJOR}
-               # The C++ runtime is not needed: no exceptions, no run-time types, heap by malloc.
-               LINKER_LANGUAGE C)
 set_target_properties(qstdlib_static PROPERTIES OUTPUT_NAME qstdlib LINKER_LANGUAGE C EXPORT_NAME qstdlib_static)
-target_link_options(qstdlib PRIVATE LINKER:--as-needed)
 target_compile_definitions(qstdlib_static INTERFACE QSTDLIB_STATIC)
-foreach(target IN ITEMS qstdlib qstdlib_static)
+if(QSTDLIB_SHARED)
+    list(APPEND QSTDLIB_LIBRARIES qstdlib)
+    add_library(qstdlib SHARED $<TARGET_OBJECTS:qstdlib_objects>)
+    set_target_properties(
+        qstdlib
+        PROPERTIES VERSION ${PROJECT_VERSION}
+                   SOVERSION ${PROJECT_VERSION_MAJOR}
+                   # The C++ runtime is not needed: no exceptions, no run-time types, heap by malloc.
+                   LINKER_LANGUAGE C)
+    target_link_options(qstdlib PRIVATE LINKER:--as-needed)
+endif()
+foreach(target IN LISTS QSTDLIB_LIBRARIES)
     target_include_directories(
         ${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
                             $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "cogo/baseline.h"
 #include "core/angle.h"
 #include "core/point.h"
 #include "qstdlib/cogo.h"
@@ -55,27 +56,7 @@ int32_t QCogoOffsetToCoord(const PointRecord* start, const PointRecord* end, dou
     {
         return QSTD_COINCIDENT_POINTS;
     }
-    const PointRecord from = *start;
-    const double dN = end->northing - from.northing;
-    const double dE = end->easting - from.easting;
-    const double inverseLength = 1.0 / std::hypot(dN, dE);
-    const double unitN = inverseLength * dN;
-    const double unitE = inverseLength * dE;
-
-    double height = 0.0;
-    const bool hasHeight = HasHeight(from) || HasHeight(*end);
-    if (hasHeight)
-    {
-        // Where one end alone has a height, it holds at both.
-        const double startHeight = HasHeight(from) ? from.height : end->height;
-        const double endHeight = HasHeight(*end) ? end->height : from.height;
-        height = (endHeight - startHeight) * inverseLength * chainage + startHeight;
-    }
-
-    result->northing = unitN * chainage + from.northing - unitE * offset;
-    result->easting = unitE * chainage + unitN * offset + from.easting;
-    result->height = height;
-    result->flags = hasHeight ? FLAGS_PLAN_AND_HEIGHT : FLAGS_PLAN;
+    *result = PointBeside(BaselineThrough(*start, *end), chainage, offset);
     return QSTD_OK;
 }
 

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "cogo/baseline.h"
 #include "core/angle.h"
 #include "core/point.h"
 #include "qstdlib/cogo.h"
@@ -48,12 +49,16 @@ void RotateSecond(LineDef& line, AngleUnit rotation)
     line.second.easting = (c * dE + s * dN) + line.first.easting;
 }
 
-// Moves both points to the right of the line, by the rules of QCogoOffsetToCoord for their heights.
+// Moves both points to the right of the line. They may coincide after a rotation, and stay then.
 void ShiftPoints(LineDef& line, double offset)
 {
-    const PointRecord first = line.first;
-    QCogoOffsetToCoord(&first, &line.second, 0.0, offset, &line.first);
-    QCogoOffsetToCoord(&first, &line.second, PlanDistance(first, line.second), offset, &line.second);
+    if (CoincideInPlan(line.first, line.second))
+    {
+        return;
+    }
+    const Baseline baseline = BaselineThrough(line.first, line.second);
+    line.first = PointBeside(baseline, 0.0, offset);
+    line.second = PointBeside(baseline, baseline.length, offset);
 }
 
 // Moves the first point to the right of the direction, which is converted as it stands.

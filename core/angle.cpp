@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "core/real_bits.h"
 #include "core/settings.h"
 
 namespace qstdlib {
@@ -19,19 +20,16 @@ constexpr double HALF_UNITS_PER_RADIAN = 6600473.799907084;
 int32_t TruncateToInt32(double value)
 {
     constexpr double LIMIT = 2147483648.0;
-    if (value > -LIMIT && value < LIMIT)
+    const uint64_t magnitude = MagnitudeBits(value);
+    if (magnitude < BitsOf(LIMIT))
     {
         return static_cast<int32_t>(value);
     }
-    if (value >= LIMIT)
+    if (magnitude > INFINITY_BITS)
     {
-        return std::numeric_limits<int32_t>::max();
+        return 0; // not a number
     }
-    if (value <= -LIMIT)
-    {
-        return std::numeric_limits<int32_t>::min();
-    }
-    return 0; // not a number
+    return IsNegative(value) ? std::numeric_limits<int32_t>::min() : std::numeric_limits<int32_t>::max();
 }
 
 double AngleToRadians(AngleUnit angle)

@@ -7,7 +7,7 @@
 #include "qstdlib/types.h"
 
 #if defined(__clang__)
-#define QSTD_WRAPS __attribute__((no_sanitize("unsigned-integer-overflow")))
+#define QSTD_WRAPS __attribute__((no_sanitize("unsigned-integer-overflow", "unsigned-shift-base")))
 #else
 #define QSTD_WRAPS
 #endif

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <utility>
 
 #include "core/angle.h"
 #include "core/face.h"
@@ -53,18 +54,17 @@ int32_t QCalcOfsCircle(const ObservationRecord* faceSighting, double passthrough
     const double alpha = UnreducedRadians(faceAzimuth);
     double left = UnreducedRadians(edge1);
     double right = UnreducedRadians(edge2);
-    if (std::sin(right - left) < 0.0)
+    double sinTheta = std::sin(right - left);
+    if (sinTheta < 0.0)
     {
-        const double first = left;
-        left = right;
-        right = first;
+        std::swap(left, right);
+        sinTheta = std::sin(right - left);
     }
 
     // The tangent point and the near face on the circle give a quadratic equation in the tangent length.
     const double a = std::sin(alpha - left);
     const double b = std::sin(right - alpha);
     const double theta = right - left;
-    const double sinTheta = std::sin(theta);
     const double q = std::pow(b + a, 2.0) - std::pow(sinTheta, 2.0);
     if (q < 0.0)
     {

@@ -18,15 +18,6 @@ struct Slope
 
 Slope stored;
 
-int32_t SlopeStatus(double height1, double distance1, double height2, double distance2)
-{
-    if (height1 == height2)
-    {
-        return QSTD_DISTANCE_UNDETERMINED;
-    }
-    return distance1 == distance2 ? QSTD_HEIGHT_UNDETERMINED : QSTD_OK;
-}
-
 } // namespace
 
 } // namespace qstdlib
@@ -36,21 +27,29 @@ using namespace qstdlib;
 int32_t QBRSetSlope(double height1, double distance1, double height2, double distance2)
 {
     stored.isSet = 0;
-    const bool samePoint = height1 == height2 && distance1 == distance2;
-    const bool oppositeSides = (distance1 < 0.0 && distance2 > 0.0) || (distance2 < 0.0 && distance1 > 0.0);
-    if (samePoint || oppositeSides)
+    int16_t status = QSTD_OK;
+    if (height1 == height2)
     {
-        return QSTD_REJECTED;
+        if (distance1 == distance2)
+        {
+            return QSTD_REJECTED; // the same point twice
+        }
+        status = QSTD_DISTANCE_UNDETERMINED;
     }
-    const int32_t status = SlopeStatus(height1, distance1, height2, distance2);
-    const bool isNegativeSide = distance1 < 0.0 || distance2 < 0.0;
-    stored = {1,
-              static_cast<int16_t>(status),
-              static_cast<int16_t>(isNegativeSide ? 1 : 0),
-              height1,
-              distance1,
-              height2,
-              distance2};
+    else if (distance1 == distance2)
+    {
+        status = QSTD_HEIGHT_UNDETERMINED;
+    }
+    int16_t isNegativeSide = 0;
+    if (distance1 < 0.0 || distance2 < 0.0)
+    {
+        if (distance1 > 0.0 || distance2 > 0.0)
+        {
+            return QSTD_REJECTED; // on opposite sides of the base
+        }
+        isNegativeSide = 1;
+    }
+    stored = {1, status, isNegativeSide, height1, distance1, height2, distance2};
     return status;
 }
 

@@ -4,11 +4,16 @@
 // distance and vertical difference.
 #include "station/adjustment.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 
 #include "core/angle.h"
+#include "core/real_bits.h"
+#include "core/soft_arithmetic.h"
 #include "station/approximation.h"
+#include "station/plan_rows.h"
 
 namespace qstdlib {
 
@@ -30,12 +35,15 @@ struct Scratch
     double* corrections;
     double* residuals;
     Matrix cofactors;
+    Matrix normal;
     int32_t rows;
     int32_t unknownCount;
+    int32_t weightBand; // only the two rows of a spatial distance are correlated
 };
 
 void Release(const Scratch& s)
 {
+    FreeMatrix(s.normal, 1, 1);
     FreeMatrix(s.cofactors, 1, 1);
     std::free(s.residuals);
     std::free(s.corrections);
@@ -51,19 +59,32 @@ double Square(double value)
     return value * value;
 }
 
-// Weight of a distance, relative to the variance of one direction.
-double DistanceWeight(const AdjustmentPrecision& precision, double distance)
+// What distances weigh, relative to the variance of one direction.
+class DistanceWeights
 {
-    const double angleSigma = precision.angleSigma * ARC_SECOND;
-    return Square(angleSigma) /
-           (Square(precision.distanceConstant) + Square(precision.distanceProportional * distance));
-}
+public:
+    explicit DistanceWeights(const AdjustmentPrecision& precision)
+        : angleVariance(Square(precision.angleSigma * ARC_SECOND)),
+          constantVariance(Square(precision.distanceConstant)), proportional(precision.distanceProportional)
+    {
+    }
+
+    double Of(double distance) const
+    {
+        return Divisor(constantVariance + Square(proportional * distance)).Into(angleVariance);
+    }
+
+private:
+    double angleVariance;
+    double constantVariance;
+    double proportional;
+};
 
 // Weights of horizontal distance and vertical difference: the inverse covariance propagated from slope distance and
 // zenith angle. False when the slope distance vanishes.
-bool SetSpatialWeights(const ResectWorkRecord& record, const AdjustmentPrecision& precision, Matrix weights, int32_t k)
+bool SetSpatialWeights(const ResectWorkRecord& record, const DistanceWeights& distances, Matrix weights, int32_t k)
 {
-    const double w = DistanceWeight(precision, record.slopeDistance);
+    const double w = distances.Of(record.slopeDistance);
     const double cosZ = std::cos(record.zenith);
     const double sinZ = std::sin(record.zenith);
     const double squaredSlope = Square(record.slopeDistance);
@@ -82,6 +103,7 @@ bool SetSpatialWeights(const ResectWorkRecord& record, const AdjustmentPrecision
 bool FillObservations(int32_t mode, int16_t count, const ResectWorkRecord* work, const AdjustmentPrecision& precision,
                       double* observations, Matrix weights)
 {
+    const DistanceWeights distanceWeights(precision);
     int32_t k = 1;
     for (int16_t i = 0; i < count; ++i)
     {
@@ -99,12 +121,12 @@ bool FillObservations(int32_t mode, int16_t count, const ResectWorkRecord* work,
         observations[k] = record.horizontalDistance;
         if (mode == ADJUST_MODE_PLAN)
         {
-            weights[k][k] = DistanceWeight(precision, record.horizontalDistance);
+            weights[k][k] = distanceWeights.Of(record.horizontalDistance);
             ++k;
             continue;
         }
         observations[k + 1] = record.verticalDifference;
-        if (!SetSpatialWeights(record, precision, weights, k))
+        if (!SetSpatialWeights(record, distanceWeights, weights, k))
         {
             return false;
         }
@@ -113,19 +135,31 @@ bool FillObservations(int32_t mode, int16_t count, const ResectWorkRecord* work,
     return true;
 }
 
+// The elements of a matrix follow one another. Eight a turn: there are as many as the rows squared.
 void FillZero(Matrix m, int32_t rows, int32_t columns)
 {
-    for (int32_t i = 1; i <= rows; ++i)
+    double* element = m[1] + 1;
+    const size_t count = static_cast<size_t>(rows) * static_cast<size_t>(columns);
+    for (size_t octets = count / 8; octets > 0; --octets, element += 8)
     {
-        for (int32_t j = 1; j <= columns; ++j)
-        {
-            m[i][j] = 0.0;
-        }
+        element[0] = 0.0;
+        element[1] = 0.0;
+        element[2] = 0.0;
+        element[3] = 0.0;
+        element[4] = 0.0;
+        element[5] = 0.0;
+        element[6] = 0.0;
+        element[7] = 0.0;
     }
+    std::fill_n(element, count % 8, 0.0);
 }
 
 double WrapOnce(double radians)
 {
+    if (MagnitudeBits(radians) <= BitsOf(PI))
+    {
+        return radians;
+    }
     if (radians > PI)
     {
         radians -= TWO_PI;
@@ -144,11 +178,22 @@ bool AllocateEquations(Scratch& s)
     s.corrections = s.misclosures != nullptr ? AllocVector(s.unknownCount) : nullptr;
     s.residuals = s.corrections != nullptr ? AllocVector(s.rows) : nullptr;
     s.cofactors = s.residuals != nullptr ? AllocMatrix(1, s.unknownCount, 1, s.unknownCount) : nullptr;
-    return s.cofactors != nullptr;
+    s.normal = s.cofactors != nullptr ? AllocMatrix(1, s.unknownCount, 1, s.unknownCount) : nullptr;
+    return s.normal != nullptr;
 }
 
-// dx = -((Q A^T) P) l
-int32_t FormCorrections(const Scratch& s)
+// Q = (A^T P A)^-1, in plan row by row.
+int32_t InvertNormalEquations(const Scratch& s)
+{
+    if (s.weightBand == 0 && SumNormalMatrix(s.design, s.weights, s.rows, s.normal))
+    {
+        return Invert(s.normal, s.cofactors, s.unknownCount);
+    }
+    return InvertNormalMatrix(s.design, s.weights, s.cofactors, s.rows, s.unknownCount, s.weightBand);
+}
+
+// dx = -((Q A^T) P) l by the matrix toolkit.
+int32_t MultiplyCorrections(const Scratch& s)
 {
     const Matrix cofactorsByDesign = AllocMatrix(1, s.unknownCount, 1, s.rows);
     const Matrix weighted = cofactorsByDesign != nullptr ? AllocMatrix(1, s.unknownCount, 1, s.rows) : nullptr;
@@ -156,7 +201,8 @@ int32_t FormCorrections(const Scratch& s)
     if (weighted != nullptr)
     {
         MultiplyByTranspose(s.cofactors, s.design, cofactorsByDesign, s.unknownCount, s.unknownCount, s.rows);
-        MultiplyMatrices(cofactorsByDesign, s.weights, weighted, s.unknownCount, s.rows, s.rows);
+        MultiplyMatrices(cofactorsByDesign, s.weights, weighted, s.unknownCount, s.rows, s.rows, FULL_BAND,
+                         s.weightBand);
         MatrixTimesVector(weighted, s.misclosures, s.corrections, s.unknownCount, s.rows);
         for (int32_t i = 1; i <= s.unknownCount; ++i)
         {
@@ -169,7 +215,8 @@ int32_t FormCorrections(const Scratch& s)
     return result;
 }
 
-void FormResiduals(const Scratch& s)
+// v = A dx + l by the matrix toolkit.
+void MultiplyResiduals(const Scratch& s)
 {
     MatrixTimesVector(s.design, s.corrections, s.residuals, s.rows, s.unknownCount);
     for (int32_t k = 1; k <= s.rows; ++k)
@@ -179,19 +226,49 @@ void FormResiduals(const Scratch& s)
 }
 
 // v^T P v, row by row: the weights are symmetric.
-double WeightedSumOfSquares(const Scratch& s)
+double WeightedSumOfSquares(const Scratch& s, int32_t band)
 {
     double omega = 0.0;
     for (int32_t j = 1; j <= s.rows; ++j)
     {
         double weighted = 0.0;
-        for (int32_t i = 1; i <= s.rows; ++i)
+        const int32_t last = std::min<int32_t>(s.rows, j + band);
+        for (int32_t i = std::max<int32_t>(1, j - band); i <= last; ++i)
         {
             weighted += s.weights[j][i] * s.residuals[i];
         }
         omega += weighted * s.residuals[j];
     }
     return omega;
+}
+
+double MultiplySquares(const Scratch& s)
+{
+    const double omega = WeightedSumOfSquares(s, s.weightBand);
+    // Every weight counts when a residual is not finite: zero times infinity is NaN.
+    return IsFinite(omega) ? omega : WeightedSumOfSquares(s, FULL_BAND);
+}
+
+// Corrections, residuals and their weighted square sum.
+int32_t Correct(const Scratch& s, double* omega)
+{
+    const bool byRows =
+        s.weightBand == 0 && SumCorrections(s.cofactors, s.design, s.weights, s.misclosures, s.rows, s.corrections);
+    if (byRows)
+    {
+        if (!SumResiduals(s.design, s.weights, s.misclosures, s.corrections, s.rows, s.residuals, omega))
+        {
+            *omega = WeightedSumOfSquares(s, FULL_BAND);
+        }
+        return 0;
+    }
+    const int32_t result = MultiplyCorrections(s);
+    if (result == 0)
+    {
+        MultiplyResiduals(s);
+        *omega = MultiplySquares(s);
+    }
+    return result;
 }
 
 // Gauss-Newton iteration. The square sum is that of the linearised model, so that the equations need not be built once
@@ -204,10 +281,10 @@ int32_t Iterate(int32_t mode, int16_t count, const ResectWorkRecord* work, const
     while (iteration <= limit)
     {
         BuildObservationEquations(mode, count, work, s.unknowns, s.observations, s.design, s.misclosures);
-        int32_t result = InvertNormalMatrix(s.design, s.weights, s.cofactors, s.rows, s.unknownCount);
+        int32_t result = InvertNormalEquations(s);
         if (result == 0)
         {
-            result = FormCorrections(s);
+            result = Correct(s, omega);
         }
         if (result != 0)
         {
@@ -217,13 +294,11 @@ int32_t Iterate(int32_t mode, int16_t count, const ResectWorkRecord* work, const
         {
             s.unknowns[i] += s.corrections[i];
         }
-        FormResiduals(s);
-        *omega = WeightedSumOfSquares(s);
         if (*omega < MACHINE_EPSILON)
         {
             break;
         }
-        if (iteration != 1 && std::fabs((*omega - previous) / previous) < RELATIVE_CHANGE)
+        if (iteration != 1 && std::fabs(Divisor(previous).Into(*omega - previous)) < RELATIVE_CHANGE)
         {
             break;
         }
@@ -254,6 +329,7 @@ int32_t Prepare(int32_t* mode, int16_t count, const ResectWorkRecord* work, cons
     int32_t distances = 0;
     int32_t result =
         BuildObservationVector(mode, count, work, precision, &s.observations, &s.weights, &s.rows, &distances);
+    s.weightBand = *mode == ADJUST_MODE_PLAN ? 0 : 1;
     if (result == 0)
     {
         result = ApproximateStation(*mode, count, work, distances, &s.unknowns, &s.unknownCount, s.rows, limit);
@@ -344,7 +420,6 @@ void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkReco
         const double dN = record.northing - unknowns[1];
         const double dE = record.easting - unknowns[2];
         const double squaredDistance = dN * dN + dE * dE;
-        const double distance = std::sqrt(squaredDistance);
         const auto setRow = [&](double byNorthing, double byEasting, double byHeight, double byOrientation) {
             design[k][1] = byNorthing;
             design[k][2] = byEasting;
@@ -356,7 +431,8 @@ void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkReco
         };
         if (IsPresent(record.direction))
         {
-            setRow(-dE / squaredDistance, dN / squaredDistance, 0.0, 1.0);
+            const Divisor divisor(squaredDistance);
+            setRow(divisor.Into(-dE), divisor.Into(dN), 0.0, 1.0);
             misclosures[k] = WrapOnce((orientation + observations[k]) - std::atan2(dE, dN));
             ++k;
         }
@@ -364,7 +440,9 @@ void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkReco
         {
             continue;
         }
-        setRow(dN / distance, dE / distance, 0.0, 0.0);
+        const double distance = SquareRoot(squaredDistance);
+        const Divisor divisor(distance);
+        setRow(divisor.Into(dN), divisor.Into(dE), 0.0, 0.0);
         misclosures[k] = observations[k] - distance;
         ++k;
         if (spatial)
@@ -419,16 +497,16 @@ int32_t AdjustResection(int32_t mode, int16_t count, ResectWorkRecord* work, Adj
         const bool spatial = mode == ADJUST_MODE_SPATIAL;
         const int32_t last = s.unknownCount;
         const int32_t redundancy = s.rows - s.unknownCount;
-        const double varianceFactor = redundancy > 0 ? omega / redundancy : omega;
+        const double varianceFactor = redundancy > 0 ? Divisor(redundancy).Into(omega) : omega;
         *northing = s.unknowns[1];
         *easting = s.unknowns[2];
         *height = spatial ? s.unknowns[3] : MISSING_VALUE;
         *orientation = ReduceOnce(s.unknowns[last]);
-        *northingSigma = std::sqrt(s.cofactors[1][1] * varianceFactor);
-        *eastingSigma = std::sqrt(s.cofactors[2][2] * varianceFactor);
-        *heightSigma = spatial ? std::sqrt(s.cofactors[3][3] * varianceFactor) : MISSING_VALUE;
-        *orientationSigma = std::sqrt(s.cofactors[last][last] * varianceFactor);
-        *unitWeightSigma = std::sqrt(varianceFactor);
+        *northingSigma = SquareRoot(s.cofactors[1][1] * varianceFactor);
+        *eastingSigma = SquareRoot(s.cofactors[2][2] * varianceFactor);
+        *heightSigma = spatial ? SquareRoot(s.cofactors[3][3] * varianceFactor) : MISSING_VALUE;
+        *orientationSigma = SquareRoot(s.cofactors[last][last] * varianceFactor);
+        *unitWeightSigma = SquareRoot(varianceFactor);
         StoreResiduals(mode, count, work, s.residuals);
     }
     Release(s);

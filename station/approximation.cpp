@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/angle.h"
+#include "core/soft_arithmetic.h"
 #include "station/matrix.h"
 
 namespace qstdlib {
@@ -252,8 +253,9 @@ int32_t FromTwoDistances(int32_t mode, int16_t count, const ResectWorkRecord* wo
     }
     const double dN = p[1]->northing - p[0]->northing;
     const double dE = p[1]->easting - p[0]->easting;
-    const double kc = (dE * dy + dx * dN) / q;
-    const double ks = (dy * dN - dE * dx) / q;
+    const Divisor divisor(q);
+    const double kc = divisor.Into(dE * dy + dx * dN);
+    const double ks = divisor.Into(dy * dN - dE * dx);
     station.northing = p[0]->northing - x1 * kc - y1 * ks;
     station.easting = x1 * ks + p[0]->easting - y1 * kc;
     station.orientation = OrientationFrom(*p[0], station);

@@ -1,9 +1,15 @@
 #include "station/matrix.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
+#include <utility>
+
+#include "core/real_bits.h"
+#include "core/soft_arithmetic.h"
 
 namespace qstdlib {
 
@@ -34,6 +40,23 @@ double* AllocBlock(size_t rows, size_t columns)
     return AllocBehindSpare<double>(rows * columns);
 }
 
+// Additions are calls on the target. Those whose result is one of their operands are not made in the refinement.
+
+// The sum of what began as 0.0 and a term. Such a sum is never -0.0.
+double Plus(double sum, double term)
+{
+    if (IsZero(term))
+    {
+        return sum;
+    }
+    return IsZero(sum) ? term : sum + term;
+}
+
+double Minus(double a, double b)
+{
+    return IsZero(b) && !IsNegative(b) ? a : a - b;
+}
+
 void ClearRow(double* row, int32_t columns)
 {
     for (int32_t j = 1; j <= columns; ++j)
@@ -42,16 +65,25 @@ void ClearRow(double* row, int32_t columns)
     }
 }
 
-// Adds the multiple of a row. A factor of zero on either side adds nothing, whatever it would be multiplied with.
-void AddMultiple(double* target, double factor, const double* row, int32_t columns)
+inline void SubtractRow(const double* a, const double* b, double* difference, int32_t columns)
 {
-    if (factor == 0.0)
+    for (int32_t j = 1; j <= columns; ++j)
+    {
+        difference[j] = Minus(a[j], b[j]);
+    }
+}
+
+// Adds the multiple of a row from its element `first` to its element `last`. A factor of zero on either side adds
+// nothing, whatever it would be multiplied with.
+void AddMultiple(double* target, double factor, const double* row, int32_t first, int32_t last)
+{
+    if (IsZero(factor))
     {
         return;
     }
-    for (int32_t j = 1; j <= columns; ++j)
+    for (int32_t j = first; j <= last; ++j)
     {
-        if (row[j] != 0.0)
+        if (!IsZero(row[j]))
         {
             target[j] += factor * row[j];
         }
@@ -63,20 +95,20 @@ bool ScaleRows(Matrix a, int32_t order, double* scale)
 {
     for (int32_t i = 1; i <= order; ++i)
     {
-        double largest = 0.0;
+        uint64_t largest = 0;
         for (int32_t j = 1; j <= order; ++j)
         {
-            const double magnitude = std::fabs(a[i][j]);
-            if (magnitude > largest)
+            const uint64_t magnitude = MagnitudeBits(a[i][j]);
+            if (magnitude > largest && magnitude <= INFINITY_BITS)
             {
                 largest = magnitude;
             }
         }
-        if (largest == 0.0)
+        if (largest == 0)
         {
             return false;
         }
-        scale[i] = 1.0 / largest;
+        scale[i] = Divisor(FromBits(largest)).Into(1.0);
     }
     return true;
 }
@@ -125,65 +157,173 @@ void SwapRows(Matrix a, int32_t order, int32_t first, int32_t second)
     }
 }
 
-// Solves for one column of b in place. The forward sums begin at the first element that is not zero.
-void SubstituteColumn(Matrix lu, Matrix b, int32_t order, int32_t column, const int32_t* index)
+// Solves for one right-hand side in place. The forward sums begin at the first element that is not zero.
+void Substitute(Matrix lu, double* b, int32_t order, const Pivot* pivots)
 {
     int32_t firstNonZero = 0;
     for (int32_t i = 1; i <= order; ++i)
     {
-        const int32_t exchanged = index[i];
-        double sum = b[exchanged][column];
-        b[exchanged][column] = b[i][column];
+        const int32_t exchanged = pivots[i].row;
+        double sum = b[exchanged];
+        b[exchanged] = b[i];
         if (firstNonZero != 0)
         {
             for (int32_t j = firstNonZero; j < i; ++j)
             {
-                sum -= lu[i][j] * b[j][column];
+                sum -= lu[i][j] * b[j];
             }
         }
-        else if (sum != 0.0)
+        else if (!IsZero(sum))
         {
             firstNonZero = i;
         }
-        b[i][column] = sum;
+        b[i] = sum;
     }
     for (int32_t i = order; i >= 1; --i)
     {
-        double sum = b[i][column];
+        double sum = b[i];
         for (int32_t j = i + 1; j <= order; ++j)
         {
-            sum -= lu[i][j] * b[j][column];
+            sum -= lu[i][j] * b[j];
         }
-        b[i][column] = sum / lu[i][i];
+        b[i] = pivots[i].divisor.Into(sum);
     }
 }
 
-// The work of SolveLinearSystem on its scratch; writes n and b on success only.
-int32_t SolveRefined(Matrix n, Matrix b, Matrix factors, Matrix x, Matrix residual, int32_t* index, int32_t order,
-                     int32_t columns)
+// A linear system, decomposed.
+struct System
 {
-    CopyMatrix(n, factors, order, order);
-    CopyMatrix(b, x, order, columns);
+    Matrix matrix;
+    Matrix factors;
+    Pivot* pivots;
+    int32_t order;
+};
+
+// Rows of the refinement's scratch.
+enum WorkRow : int32_t
+{
+    RIGHT_SIDE = 1,
+    CORRECTION,
+    SOLUTION,
+    BEFORE,  // the solution before the latest correction
+    EARLIER, // the one before that
+    FIRST_RESULT
+};
+
+// The matrix whose first row is this one.
+Matrix FromRow(Matrix m, int32_t row)
+{
+    return m + (row - 1);
+}
+
+bool AreSame(const double* a, const double* b, int32_t length)
+{
+    int32_t i = 1;
+    while (i <= length && BitsOf(a[i]) == BitsOf(b[i]))
+    {
+        ++i;
+    }
+    return i > length;
+}
+
+// The solution becomes the one before, with its row free for the next.
+void MakeRoomForSolution(Matrix work)
+{
+    double* const freeRow = work[EARLIER];
+    work[EARLIER] = work[BEFORE];
+    work[BEFORE] = work[SOLUTION];
+    work[SOLUTION] = freeRow;
+}
+
+// Solves for the right-hand side in the scratch, with so many passes of refinement. Returns in which of them the
+// correction was negligible: bit 1 for the first.
+//
+// Corrections of about the last bit make the solution repeat itself, in every pass or in every other one. From then on
+// the passes are known without being made.
+uint32_t Refine(const System& system, int32_t passes, Matrix work)
+{
+    const int32_t order = system.order;
+    const Matrix correction = FromRow(work, CORRECTION);
+    const Matrix solution = FromRow(work, SOLUTION);
+    CopyMatrix(FromRow(work, RIGHT_SIDE), solution, 1, order);
+    LUBackSubstitute(system.factors, solution, order, 1, system.pivots);
+    uint32_t negligible = 0;
+    int32_t period = 0;
+    int32_t pass = 1;
+    for (; pass <= passes && period == 0; ++pass)
+    {
+        MultiplyByTranspose(solution, system.matrix, correction, 1, order, order);
+        SubtractRow(work[CORRECTION], work[RIGHT_SIDE], work[CORRECTION], order);
+        LUBackSubstitute(system.factors, correction, order, 1, system.pivots);
+        MakeRoomForSolution(work);
+        SubtractRow(work[BEFORE], work[CORRECTION], work[SOLUTION], order);
+        negligible |= static_cast<uint32_t>(IsNegligible(correction, 1, order)) << static_cast<uint32_t>(pass);
+        if (AreSame(work[SOLUTION], work[BEFORE], order))
+        {
+            period = 1;
+        }
+        else if (pass > 1 && AreSame(work[SOLUTION], work[EARLIER], order))
+        {
+            period = 2;
+        }
+    }
+    if (period == 2 && (passes - pass) % 2 == 0)
+    {
+        std::swap(work[SOLUTION], work[BEFORE]);
+    }
+    for (; pass <= passes; ++pass)
+    {
+        negligible |= ((negligible >> static_cast<uint32_t>(pass - period)) & 1U) << static_cast<uint32_t>(pass);
+    }
+    return negligible;
+}
+
+// Solves for every column of b by so many passes; the solutions become rows of the scratch. Returns in which of the
+// passes all corrections were negligible.
+uint32_t SolveInPasses(const System& system, Matrix b, int32_t columns, int32_t passes, Matrix work)
+{
+    uint32_t negligible = ~0U;
+    for (int32_t j = 1; j <= columns; ++j)
+    {
+        for (int32_t i = 1; i <= system.order; ++i)
+        {
+            work[RIGHT_SIDE][i] = b[i][j];
+        }
+        negligible &= Refine(system, passes, work);
+        std::swap(work[SOLUTION], work[FIRST_RESULT + j - 1]);
+    }
+    return negligible;
+}
+
+// The work of SolveLinearSystem on its scratch; writes n and b on success only.
+int32_t SolveRefined(Matrix n, Matrix b, int32_t columns, const System& system, Matrix work)
+{
+    const int32_t order = system.order;
+    CopyMatrix(n, system.factors, order, order);
     double parity = 0.0;
-    const int32_t result = LUDecompose(factors, order, index, &parity);
+    const int32_t result = LUDecompose(system.factors, order, system.pivots, &parity);
     if (result != 0)
     {
         return result;
     }
-    LUBackSubstitute(factors, x, order, columns, index);
-    for (int32_t pass = 1; pass <= REFINEMENT_PASSES; ++pass)
+    // The passes end for all columns together, with the first in which all corrections are negligible.
+    const uint32_t negligible = SolveInPasses(system, b, columns, REFINEMENT_PASSES, work);
+    for (int32_t pass = 1; pass < REFINEMENT_PASSES; ++pass)
     {
-        MultiplyMatrices(n, x, residual, order, order, columns);
-        SubtractMatrices(residual, b, residual, order, columns);
-        LUBackSubstitute(factors, residual, order, columns, index);
-        SubtractMatrices(x, residual, x, order, columns);
-        if (IsNegligible(residual, order, columns) != 0)
+        if (((negligible >> static_cast<uint32_t>(pass)) & 1U) != 0)
         {
+            SolveInPasses(system, b, columns, pass, work);
             break;
         }
     }
-    CopyMatrix(factors, n, order, order);
-    CopyMatrix(x, b, order, columns);
+    CopyMatrix(system.factors, n, order, order);
+    for (int32_t i = 1; i <= order; ++i)
+    {
+        for (int32_t j = 1; j <= columns; ++j)
+        {
+            b[i][j] = work[FIRST_RESULT + j - 1][i];
+        }
+    }
     return 0;
 }
 
@@ -232,14 +372,17 @@ void FreeMatrix(Matrix matrix, int32_t lowestRow, int32_t lowestColumn)
 
 // NOLINTEND(clang-analyzer-unix.Malloc,clang-analyzer-core.UndefinedBinaryOperatorResult)
 
-void MultiplyMatrices(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns)
+void MultiplyMatrices(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns, int32_t aBand,
+                      int32_t bBand)
 {
     for (int32_t i = 1; i <= rows; ++i)
     {
         ClearRow(product[i], columns);
-        for (int32_t k = 1; k <= inner; ++k)
+        const int32_t last = std::min<int32_t>(inner, i + aBand);
+        for (int32_t k = std::max<int32_t>(1, i - aBand); k <= last; ++k)
         {
-            AddMultiple(product[i], a[i][k], b[k], columns);
+            AddMultiple(product[i], a[i][k], b[k], std::max<int32_t>(1, k - bBand),
+                        std::min<int32_t>(columns, k + bBand));
         }
     }
 }
@@ -251,7 +394,7 @@ void TransposeMultiply(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t
         ClearRow(product[i], columns);
         for (int32_t k = 1; k <= inner; ++k)
         {
-            AddMultiple(product[i], a[k][i], b[k], columns);
+            AddMultiple(product[i], a[k][i], b[k], 1, columns);
         }
     }
 }
@@ -260,28 +403,19 @@ void MultiplyByTranspose(Matrix a, Matrix b, Matrix product, int32_t rows, int32
 {
     for (int32_t i = 1; i <= rows; ++i)
     {
+        const double* const left = a[i];
         for (int32_t j = 1; j <= columns; ++j)
         {
+            const double* const right = b[j];
             double sum = 0.0;
             for (int32_t k = 1; k <= inner; ++k)
             {
-                if (a[i][k] != 0.0 && b[j][k] != 0.0)
+                if (!IsZero(left[k]) && !IsZero(right[k]))
                 {
-                    sum += a[i][k] * b[j][k];
+                    sum = Plus(sum, left[k] * right[k]);
                 }
             }
             product[i][j] = sum;
-        }
-    }
-}
-
-void SubtractMatrices(Matrix a, Matrix b, Matrix difference, int32_t rows, int32_t columns)
-{
-    for (int32_t i = 1; i <= rows; ++i)
-    {
-        for (int32_t j = 1; j <= columns; ++j)
-        {
-            difference[i][j] = a[i][j] - b[i][j];
         }
     }
 }
@@ -310,7 +444,7 @@ void MatrixTimesVector(Matrix m, const double* x, double* y, int32_t rows, int32
     }
 }
 
-int32_t LUDecompose(Matrix a, int32_t order, int32_t* index, double* parity)
+int32_t LUDecompose(Matrix a, int32_t order, Pivot* pivots, double* parity)
 {
     double* const scale = AllocVector(order);
     if (scale == nullptr)
@@ -331,25 +465,25 @@ int32_t LUDecompose(Matrix a, int32_t order, int32_t* index, double* parity)
             *parity = -*parity;
             scale[pivotRow] = scale[j]; // row j is done with: its own scale is not needed again
         }
-        index[j] = pivotRow;
-        if (a[j][j] == 0.0)
+        if (IsZero(a[j][j]))
         {
             a[j][j] = TINY_PIVOT;
         }
+        pivots[j] = {Divisor(a[j][j]), pivotRow};
         for (int32_t i = j + 1; i <= order; ++i)
         {
-            a[i][j] = a[i][j] / a[j][j];
+            a[i][j] = pivots[j].divisor.Into(a[i][j]);
         }
     }
     std::free(scale);
     return 0;
 }
 
-void LUBackSubstitute(Matrix lu, Matrix b, int32_t order, int32_t columns, const int32_t* index)
+void LUBackSubstitute(Matrix lu, Matrix b, int32_t order, int32_t rightSides, const Pivot* pivots)
 {
-    for (int32_t column = 1; column <= columns; ++column)
+    for (int32_t i = 1; i <= rightSides; ++i)
     {
-        SubstituteColumn(lu, b, order, column, index);
+        Substitute(lu, b[i], order, pivots);
     }
 }
 
@@ -359,7 +493,7 @@ int32_t IsNegligible(Matrix m, int32_t rows, int32_t columns)
     {
         for (int32_t j = 1; j <= columns; ++j)
         {
-            if (!(std::fabs(m[i][j]) <= MACHINE_EPSILON))
+            if (MagnitudeBits(m[i][j]) > BitsOf(MACHINE_EPSILON))
             {
                 return 0;
             }
@@ -371,23 +505,32 @@ int32_t IsNegligible(Matrix m, int32_t rows, int32_t columns)
 int32_t SolveLinearSystem(Matrix n, Matrix b, int32_t order, int32_t columns)
 {
     const Matrix factors = AllocMatrix(1, order, 1, order);
-    const Matrix x = factors != nullptr ? AllocMatrix(1, order, 1, columns) : nullptr;
-    const Matrix residual = x != nullptr ? AllocMatrix(1, order, 1, columns) : nullptr;
-    int32_t* const index = residual != nullptr ? AllocBehindSpare<int32_t>(static_cast<size_t>(order)) : nullptr;
+    const Matrix work = factors != nullptr ? AllocMatrix(1, FIRST_RESULT + columns - 1, 1, order) : nullptr;
+    Pivot* const pivots = work != nullptr ? AllocBehindSpare<Pivot>(static_cast<size_t>(order)) : nullptr;
 
     int32_t result = ADJUST_NO_MEMORY;
-    if (index != nullptr)
+    if (pivots != nullptr)
     {
-        result = SolveRefined(n, b, factors, x, residual, index, order, columns);
+        result = SolveRefined(n, b, columns, {n, factors, pivots, order}, work);
     }
-    std::free(index);
-    FreeMatrix(residual, 1, 1);
-    FreeMatrix(x, 1, 1);
+    std::free(pivots);
+    FreeMatrix(work, 1, 1);
     FreeMatrix(factors, 1, 1);
     return result;
 }
 
-int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t rows, int32_t unknownCount)
+int32_t Invert(Matrix n, Matrix inverse, int32_t order)
+{
+    for (int32_t i = 1; i <= order; ++i)
+    {
+        ClearRow(inverse[i], order);
+        inverse[i][i] = 1.0;
+    }
+    return SolveLinearSystem(n, inverse, order, order);
+}
+
+int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t rows, int32_t unknownCount,
+                           int32_t weightBand)
 {
     const Matrix weighted = AllocMatrix(1, rows, 1, unknownCount);
     const Matrix normal = weighted != nullptr ? AllocMatrix(1, unknownCount, 1, unknownCount) : nullptr;
@@ -395,17 +538,10 @@ int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int3
     int32_t result = ADJUST_NO_MEMORY;
     if (normal != nullptr)
     {
-        MultiplyMatrices(weights, design, weighted, rows, rows, unknownCount);
+        MultiplyMatrices(weights, design, weighted, rows, rows, unknownCount, weightBand);
         // NOLINTNEXTLINE(readability-suspicious-call-argument): the product has as many rows as there are unknowns
         TransposeMultiply(design, weighted, normal, unknownCount, rows, unknownCount);
-        for (int32_t i = 1; i <= unknownCount; ++i)
-        {
-            for (int32_t j = 1; j <= unknownCount; ++j)
-            {
-                cofactors[i][j] = i == j ? 1.0 : 0.0;
-            }
-        }
-        result = SolveLinearSystem(normal, cofactors, unknownCount, unknownCount);
+        result = Invert(normal, cofactors, unknownCount);
     }
     FreeMatrix(normal, 1, 1);
     FreeMatrix(weighted, 1, 1);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "core/soft_arithmetic.h"
 #include "station/adjust_result.h"
 
 namespace qstdlib {
@@ -21,26 +22,35 @@ Matrix AllocMatrix(int32_t lowestRow, int32_t highestRow, int32_t lowestColumn, 
 // Releases a matrix by the lowest row and column that it was allocated with.
 void FreeMatrix(Matrix matrix, int32_t lowestRow, int32_t lowestColumn);
 
+// The band of a matrix that may have elements anywhere.
+constexpr int32_t FULL_BAND = 0x3FFFFFFF;
+
 // Products. Only terms whose two factors differ from 0.0 are added; `product` must be neither factor.
-void MultiplyMatrices(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns);
+// MultiplyMatrices walks no farther from the diagonal of a factor than its band, beyond which it is known to be zero.
+void MultiplyMatrices(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns,
+                      int32_t aBand = FULL_BAND, int32_t bBand = FULL_BAND);
 void TransposeMultiply(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns);
 void MultiplyByTranspose(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns);
-
-// difference = a - b, element by element; may be one of them.
-void SubtractMatrices(Matrix a, Matrix b, Matrix difference, int32_t rows, int32_t columns);
 
 void CopyMatrix(Matrix source, Matrix destination, int32_t rows, int32_t columns);
 
 // y = m x, every term added.
 void MatrixTimesVector(Matrix m, const double* x, double* y, int32_t rows, int32_t columns);
 
-// Crout's decomposition with implicit scaling and partial pivoting; the later row wins a tie. `a` becomes its factors,
-// `index` the row exchanges, `parity` their sign. A zero pivot becomes 1e-20. ADJUST_DEGENERATE for a row of zeros (the
-// scaling vector then stays allocated), ADJUST_NO_MEMORY.
-int32_t LUDecompose(Matrix a, int32_t order, int32_t* index, double* parity);
+// A pivot of a decomposition: what its column is divided by, and the row that it was exchanged with.
+struct Pivot
+{
+    Divisor divisor;
+    int32_t row;
+};
 
-// Replaces each column of `b` by its solution.
-void LUBackSubstitute(Matrix lu, Matrix b, int32_t order, int32_t columns, const int32_t* index);
+// Crout's decomposition with implicit scaling and partial pivoting; the later row wins a tie. `a` becomes its factors,
+// `pivots` hold the row exchanges, `parity` their sign. A zero pivot becomes 1e-20. ADJUST_DEGENERATE for a row of zeros
+// (the scaling vector then stays allocated), ADJUST_NO_MEMORY.
+int32_t LUDecompose(Matrix a, int32_t order, Pivot* pivots, double* parity);
+
+// Replaces each row of `b`, a right-hand side, by its solution.
+void LUBackSubstitute(Matrix lu, Matrix b, int32_t order, int32_t rightSides, const Pivot* pivots);
 
 // 1 when no element's magnitude exceeds the machine epsilon, else 0.
 int32_t IsNegligible(Matrix m, int32_t rows, int32_t columns);
@@ -49,9 +59,13 @@ int32_t IsNegligible(Matrix m, int32_t rows, int32_t columns);
 // ADJUST_NO_MEMORY, ADJUST_DEGENERATE.
 int32_t SolveLinearSystem(Matrix n, Matrix b, int32_t order, int32_t columns);
 
+// The inverse of n, which becomes its factors. Fails as SolveLinearSystem does; the inverse then holds nothing of use.
+int32_t Invert(Matrix n, Matrix inverse, int32_t order);
+
 // cofactors = inverse of (design^T weights design). On failure, ADJUST_NO_MEMORY or ADJUST_DEGENERATE, they hold
 // nothing of use.
-int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t rows, int32_t unknownCount);
+int32_t InvertNormalMatrix(Matrix design, Matrix weights, Matrix cofactors, int32_t rows, int32_t unknownCount,
+                           int32_t weightBand = FULL_BAND);
 
 } // namespace qstdlib
 

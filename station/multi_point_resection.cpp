@@ -2,6 +2,8 @@
 
 #include "core/angle.h"
 #include "core/point.h"
+#include "core/real_bits.h"
+#include "core/soft_arithmetic.h"
 #include "qstdlib/station.h"
 #include "station/adjustment.h"
 #include "station/circle.h"
@@ -16,7 +18,7 @@ constexpr AdjustmentPrecision DEFAULT_ADJUSTMENT_PRECISION = {2.0, 0.002, 0.0000
 
 bool HasDistance(const ResectObservation& observation)
 {
-    return observation.slopeDistance != 0.0;
+    return !IsZero(observation.slopeDistance);
 }
 
 bool IsHeightAndDistanceTarget(const ResectObservation& observation)
@@ -32,7 +34,7 @@ void FillWorkRecord(const ResectObservation& observation, ResectWorkRecord& reco
     record.reflectorHeight = observation.reflectorHeight;
     const AngleUnit zenith = observation.zenithAngle;
     record.direction = UnreducedRadians(FaceNormalizedReading(observation.horizontalAngle, zenith));
-    record.zenith = UnreducedRadians(IsFaceTwo(zenith) ? WrapSubtract(ANGLE_FULL_CIRCLE, zenith) : zenith);
+    record.zenith = 0.0; // an adjustment in plan asks only whether there is one
     const bool measured = HasDistance(observation);
     record.slopeDistance = measured ? observation.slopeDistance : MISSING_VALUE;
     record.horizontalDistance = measured ? observation.horizontalDistance : MISSING_VALUE;
@@ -97,7 +99,7 @@ HeightStatistics GatherStationHeights(int16_t count, const ResectObservation* ob
 void SetHeight(const HeightStatistics& statistics, ResectStation& station)
 {
     const bool known = statistics.count > 0;
-    station.position.height = known ? statistics.sum / statistics.count : 0.0;
+    station.position.height = known ? Divisor(statistics.count).Into(statistics.sum) : 0.0;
     station.position.flags = known ? FLAGS_PLAN_AND_HEIGHT : FLAGS_PLAN;
     station.heightSpread = known ? statistics.maximum - statistics.minimum : 0.0;
 }

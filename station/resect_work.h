@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "core/real_bits.h"
 #include "qstdlib/types.h"
 #include "station/adjust_result.h"
 
@@ -32,7 +33,7 @@ struct ResectWorkRecord
 
 inline bool IsPresent(double component)
 {
-    return component != MISSING_VALUE;
+    return BitsOf(component) != BitsOf(MISSING_VALUE);
 }
 
 // Zenith angle and all three distances.

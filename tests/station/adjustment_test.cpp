@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -658,9 +659,45 @@ TEST(AdjustResection, StopsAtOnceOnPerfectData)
     EXPECT_NEAR(0.0, a.northing, 1e-12);
     EXPECT_NEAR(0.0, a.easting, 1e-12);
     EXPECT_NEAR(CIRCLE_FULL - 0.5, a.orientation, 1e-12);
-    // L, P, X, A, l, dx, v, Q: eleven blocks; one iteration: PA, N, F, X, R, index, scales, QA', QA'P: sixteen.
-    EXPECT_EQ(11U + 16U, watch.Sizes().size());
+    // L, P, X, A, l, dx, v, Q, N: thirteen blocks; one iteration: factors, scratch, pivots, scales: six.
+    EXPECT_EQ(13U + 6U, watch.Sizes().size());
     EXPECT_THAT(watch.Outstanding(), IsEmpty());
+}
+
+// An infinite distance weighs nothing, and its misclosure of infinity makes every correction NaN: zero times infinity. The
+// equations of the second iteration are NaN, so that the decomposition finds a row without any magnitude and leaves its
+// scales. Allocations: thirteen; six of the first inversion and four of the products, which the corrections need for not
+// being finite; four of the products and six of the solution in the second inversion.
+TEST(AdjustResection, ReportsAnInfiniteDistance)
+{
+    WorkRecords work = FourSights();
+    work[2].horizontalDistance = std::numeric_limits<double>::infinity();
+    const WorkRecords before = work;
+    const AllocationWatch watch;
+    const Adjusted a = Adjust(ADJUST_MODE_PLAN, work);
+    EXPECT_EQ(3, a.result);
+    ExpectNothingWritten(a, work, before);
+    EXPECT_EQ(13U + (6U + 4U) + (4U + 6U), watch.Sizes().size());
+    EXPECT_THAT(watch.Outstanding(), ElementsAre(4 * sizeof(double)));
+}
+
+// The square of 2e-6 times 1e200 is infinite: a weight of zero, and a misclosure that is finite. The rest is what it is
+// without the distance, to the last bit; the redundancy counts it.
+TEST(AdjustResection, LeavesADistanceWithoutWeightOut)
+{
+    WorkRecords without = FourSights();
+    const Adjusted expected = Adjust(ADJUST_MODE_PLAN, without);
+    WorkRecords work = FourSights();
+    work[3] = Measured(work[3].northing, work[3].easting, work[3].direction, 1e200);
+    const Adjusted a = Adjust(ADJUST_MODE_PLAN, work);
+    EXPECT_EQ(0, a.result);
+    EXPECT_TRUE(SameBits(expected.northing, a.northing));
+    EXPECT_TRUE(SameBits(expected.easting, a.easting));
+    EXPECT_TRUE(SameBits(expected.orientation, a.orientation));
+    // Seven observations and eight for three unknowns.
+    EXPECT_NEAR(expected.unitWeightSigma * std::sqrt(4.0 / 5.0), a.unitWeightSigma, 1e-12);
+    EXPECT_EQ(-1e200, work[3].distanceResidual);
+    EXPECT_TRUE(SameBits(without[3].angleResidual, work[3].angleResidual));
 }
 
 // Directions 2e-7 off leave a square sum of about 1e-13, which is not below the epsilon: a second iteration is made.
@@ -677,7 +714,7 @@ TEST(AdjustResection, StopsAtOnceOnlyBelowTheMachineEpsilon)
         EXPECT_EQ(0, Adjust(ADJUST_MODE_PLAN, work).result);
         const size_t iterations = error > 1e-8 ? 2 : 1;
         EXPECT_EQ(static_cast<int32_t>(iterations), expected.iterations);
-        EXPECT_EQ(11U + 16U * iterations, watch.Sizes().size());
+        EXPECT_EQ(13U + 6U * iterations, watch.Sizes().size());
     }
 }
 
