@@ -1,9 +1,9 @@
-# Installation: headers, both libraries, a CMake package and a pkg-config file.
+# Installation: headers, the libraries, a CMake package and a pkg-config file.
 include(CMakePackageConfigHelpers)
 
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(
-    TARGETS qstdlib qstdlib_static
+    TARGETS ${QSTDLIB_LIBRARIES}
     EXPORT qstdlibTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})

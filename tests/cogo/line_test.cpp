@@ -200,7 +200,8 @@ TEST(LineSlopeIntercept, GivesTheTangentOfTheAzimuth)
 // To the last bit: a half circle is added, and the sum converted as it stands.
 TEST(LineSlopeIntercept, ConvertsTheAzimuthUnreduced)
 {
-    for (const AngleUnit azimuth : {0, 1, 1234567, HALF, FULL, 5 * FULL + 1234567, -3 * FULL - 1})
+    for (const AngleUnit azimuth :
+         std::initializer_list<AngleUnit>{0, 1, 1234567, HALF, FULL, 5 * FULL + 1234567, -3 * FULL - 1})
     {
         const double slope = TangentOf(azimuth + 10368000.0);
         ExpectForm(slope, 2.0 - 1.5 * slope, LineByAzimuth(PlanPoint(1.5, 2.0), azimuth));
@@ -215,16 +216,18 @@ TEST(LineSlopeIntercept, AddsTheHalfCircleWithWrapAround)
 }
 
 // The tangent of the double nearest to an odd multiple of a quarter circle is huge; on which side depends on the
-// double. A product of some digits more tells.
+// double. The quarter circle is taken in two parts: the first has 33 bits, so that its multiples are exact.
 TEST(LineSlopeIntercept, ClampsAnAzimuthOfConstantNorthingWhereItsTangentIsPositive)
 {
+    constexpr double QUARTER_UPPER = 1.57079632673412561417;
+    constexpr double QUARTER_LOWER = 6.07710050650619224932e-11;
     int positive = 0;
     int negative = 0;
     for (int k = -41; k <= 41; k += 2)
     {
         const AngleUnit azimuth = k * QUARTER;
         const double radians = (azimuth + 10368000.0) * 3.141592653589793 * 9.645061728395061e-8;
-        const long double beyond = static_cast<long double>(radians) - (k + 2) * 1.57079632679489661923132L;
+        const double beyond = (radians - (k + 2) * QUARTER_UPPER) - (k + 2) * QUARTER_LOWER;
         const double slope = FormOf(LineByAzimuth(PlanPoint(0.0, 0.0), azimuth)).slope;
         if (beyond < 0)
         {

@@ -139,7 +139,7 @@ TEST(LineTransfer, TurnsFirstAndShiftsThen)
 
 TEST(LineTransfer, KeepsHeightsAndFlagsWithoutAnOffset)
 {
-    for (const AngleUnit rotation : {0, DegreesToUnits(90.0)})
+    for (const AngleUnit rotation : std::initializer_list<AngleUnit>{0, DegreesToUnits(90.0)})
     {
         for (const double offset : {0.0, -0.0})
         {
@@ -183,7 +183,7 @@ TEST(LineTransfer, NormalizesTheAzimuthOfALineByPoints)
 
 TEST(LineTransfer, IgnoresTheAzimuthOfALineByPoints)
 {
-    for (const AngleUnit azimuth : {0, 12345, ANGLE_UNDEFINED})
+    for (const AngleUnit azimuth : std::initializer_list<AngleUnit>{0, 12345, ANGLE_UNDEFINED})
     {
         LineDef line = NorthLine();
         line.azimuth = azimuth;
@@ -240,7 +240,7 @@ TEST(LineTransfer, WrapsWhereTheQuarterCircleIsAddedToTheNormalizedAngle)
 TEST(LineTransfer, OnlyChangesTheAzimuthWithoutAnOffset)
 {
     const LineDef line = LineByAzimuth(WithFlags(FullPoint(1.0, 2.0, 3.0), 0xFFFF), 1000);
-    for (const AngleUnit rotation : {0, 234, -1001, QUARTER})
+    for (const AngleUnit rotation : std::initializer_list<AngleUnit>{0, 234, -1001, QUARTER})
     {
         LineDef expected = line;
         expected.azimuth = Normalized(1000 + rotation);

@@ -198,7 +198,7 @@ TEST(AngleToRadians, WrapsFrom2126747648On)
 
 TEST(AngleToRadians, TurnsNormalizedAnglesBackIntoDirections)
 {
-    for (const AngleUnit direction : {0, 5, QUARTER, HALF, FULL - 1, -1, -HALF})
+    for (const AngleUnit direction : std::initializer_list<AngleUnit>{0, 5, QUARTER, HALF, FULL - 1, -1, -HALF})
     {
         AngleUnit normalized = direction;
         qstdlib::NormalizeAngle(&normalized);
@@ -213,7 +213,8 @@ TEST(AngleToRadians, TurnsNormalizedAnglesBackIntoDirections)
 TEST(UnreducedRadians, TakesTheAngleAsItStands)
 {
     constexpr double INVERSE = 9.645061728395061e-8;
-    for (const AngleUnit angle : {0, 1, -1, QUARTER, FULL, -FULL, 3 * FULL + 1, 2138423296, HIGHEST, LOWEST})
+    for (const AngleUnit angle :
+         std::initializer_list<AngleUnit>{0, 1, -1, QUARTER, FULL, -FULL, 3 * FULL + 1, 2138423296, HIGHEST, LOWEST})
     {
         EXPECT_TRUE(SameBits(angle * 3.141592653589793 * INVERSE, qstdlib::UnreducedRadians(angle))) << angle;
     }
@@ -248,7 +249,7 @@ TEST(RadiansToAngle, RoundsHalvesAwayFromZero)
 {
     // Radians a hair beyond a half unit, so that the product cannot fall short of it by its rounding.
     constexpr double HAIR = 1e-6;
-    for (const int32_t units : {0, 1, 2, 3, 1000, QUARTER, HALF})
+    for (const int32_t units : std::initializer_list<int32_t>{0, 1, 2, 3, 1000, QUARTER, HALF})
     {
         const double half = 2.0 * units + 1.0; // units + 1/2, in half units
         EXPECT_EQ(units, qstdlib::RadiansToAngle(RadiansOfHalfUnits(half - HAIR))) << units;
@@ -390,7 +391,8 @@ AngleUnit Normalized(AngleUnit angle)
 
 TEST(NormalizeAngle, LeavesAnglesAboveAFullCircle)
 {
-    for (const AngleUnit angle : {20736001, 30000000, 41472000, 134217728, 2126747648, HIGHEST})
+    for (const AngleUnit angle :
+         std::initializer_list<AngleUnit>{20736001, 30000000, 41472000, 134217728, 2126747648, HIGHEST})
     {
         EXPECT_EQ(angle, Normalized(angle));
     }
@@ -453,7 +455,7 @@ TEST(NormalizeAngle, FollowsTheStepsAroundEveryBoundary)
 TEST(NormalizeAngle, GivesADirection2615296UnitsOffWithoutReduction)
 {
     // 2^32 = 207 * 20,736,000 + 2,615,296
-    for (const AngleUnit angle : {0, 5, QUARTER, HALF, FULL - 1, FULL, -1, -HALF})
+    for (const AngleUnit angle : std::initializer_list<AngleUnit>{0, 5, QUARTER, HALF, FULL - 1, FULL, -1, -HALF})
     {
         EXPECT_EQ(2615296, support::TurnFrom(angle, Normalized(angle))) << angle;
     }
@@ -463,7 +465,8 @@ TEST(NormalizeAngle, GivesADirection2615296UnitsOffWithoutReduction)
 
 TEST(ApplyAzimuthReference, LeavesAzimuthsStandAlone)
 {
-    for (const AngleUnit azimuth : {0, 1, QUARTER, FULL, -FULL - 1, 30000000, ANGLE_UNDEFINED, HIGHEST, LOWEST})
+    for (const AngleUnit azimuth :
+         std::initializer_list<AngleUnit>{0, 1, QUARTER, FULL, -FULL - 1, 30000000, ANGLE_UNDEFINED, HIGHEST, LOWEST})
     {
         EXPECT_EQ(azimuth, qstdlib::ApplyAzimuthReference(azimuth));
     }
@@ -511,7 +514,7 @@ TEST(ApplyAzimuthReference, DoesNotSpareTheUndefinedAngle)
 TEST(ApplyAzimuthReference, LeavesAzimuthsForAnyOtherAnswer)
 {
     support::FakeInstrument instrument;
-    for (const int32_t answer : {0, 2, -1, 3, 257, 65537, LOWEST})
+    for (const int32_t answer : std::initializer_list<int32_t>{0, 2, -1, 3, 257, 65537, LOWEST})
     {
         instrument.azimuthReference = answer;
         EXPECT_EQ(QUARTER, qstdlib::ApplyAzimuthReference(QUARTER)) << answer;

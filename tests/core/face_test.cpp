@@ -31,7 +31,7 @@ void ExpectAngles(const SightAngles& expected, const SightAngles& actual)
 
 TEST(ReduceToFaceOne, LeavesFaceOneAsItIs)
 {
-    for (const AngleUnit zenith : {0, 1, QUARTER, HALF - 1})
+    for (const AngleUnit zenith : std::initializer_list<AngleUnit>{0, 1, QUARTER, HALF - 1})
     {
         ExpectAngles({1234567, zenith}, ReduceToFaceOne({1234567, zenith}));
     }
@@ -67,7 +67,7 @@ TEST(ReduceToFaceOne, ReducesTheZenithAngleOnce)
 
 TEST(ReduceToFaceOne, ReducesTheHorizontalAngleOnlyInFaceTwo)
 {
-    for (const AngleUnit unreduced : {-7, FULL, FULL + 7, LEAST, GREATEST})
+    for (const AngleUnit unreduced : std::initializer_list<AngleUnit>{-7, FULL, FULL + 7, LEAST, GREATEST})
     {
         EXPECT_EQ(unreduced, ReduceToFaceOne({unreduced, QUARTER}).horizontalAngle);
     }

@@ -249,7 +249,7 @@ TEST(CircleOffset, AcceptsAFaceOppositeTheEdges)
 TEST(CircleOffset, RejectsAVerticalSight)
 {
     FakeInstrument instrument;
-    for (const AngleUnit zenith : {0, HALF, FULL, -HALF, -FULL, FULL + HALF})
+    for (const AngleUnit zenith : std::initializer_list<AngleUnit>{0, HALF, FULL, -HALF, -FULL, FULL + HALF})
     {
         ExpectFailure(-1201, Offset({FACE, zenith}, 25.0, {LEFT}, {RIGHT}));
         ExpectFailure(-1201, Offset({FACE}, 25.0, {LEFT, zenith}, {RIGHT}));
@@ -263,7 +263,8 @@ TEST(CircleOffset, RejectsAVerticalSight)
 TEST(CircleOffset, RejectsEdgesThatCoincideOrOppose)
 {
     FakeInstrument instrument;
-    for (const AngleUnit between : {0, HALF, -HALF, FULL, -FULL, 2 * FULL + HALF, -3 * FULL})
+    for (const AngleUnit between :
+         std::initializer_list<AngleUnit>{0, HALF, -HALF, FULL, -FULL, 2 * FULL + HALF, -3 * FULL})
     {
         ExpectFailure(-1205, Offset({FACE}, 25.0, {LEFT}, {LEFT + between}));
         ExpectFailure(-1205, Offset({FACE}, 25.0, {LEFT + between}, {LEFT}));

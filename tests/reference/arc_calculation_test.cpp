@@ -162,7 +162,8 @@ TEST(ArcCalculation, ComputesAgainstZerosAtLoad)
 TEST(RightArc, CountsAlongTheArcAndOffsetsFromIt)
 {
     SetArc(RADIUS, DegreesToUnits(60.0));
-    for (const AngleUnit turn : {1, 1000000, DegreesToUnits(60.0) - 1, DegreesToUnits(60.0)})
+    for (const AngleUnit turn :
+         std::initializer_list<AngleUnit>{1, 1000000, DegreesToUnits(60.0) - 1, DegreesToUnits(60.0)})
     {
         for (const double distance : {60.0, 100.0, 130.0})
         {
@@ -187,7 +188,7 @@ TEST(RightArc, RefersAPointBeforeTheStartToTheTangent)
     ExpectPlaceToAUnit(-250.0, -10.0, FromTangent(0.0, -250.0, -10.0));
     ExpectPlaceToAUnit(-25.0, 99.0, FromTangent(0.0, -25.0, 99.0));
     // From a unit to nearly a quarter circle back.
-    for (const AngleUnit back : {1, 1000000, QUARTER - 1})
+    for (const AngleUnit back : std::initializer_list<AngleUnit>{1, 1000000, QUARTER - 1})
     {
         const double a = UnitsToRadians(back);
         ExpectPlace(-120.0 * std::sin(a), RADIUS - 120.0 * std::cos(a), AtTurn(-back, 120.0));
@@ -229,7 +230,8 @@ TEST(RightArc, TakesAHalfCircleBackForOneAhead)
 TEST(RightArc, CountsTurnsFromARadialInTheWestToo)
 {
     SetArc(RADIUS, DegreesToUnits(60.0), DegreesToUnits(300.0));
-    for (const AngleUnit turn : {1, 1000000, DegreesToUnits(60.0) - 1, DegreesToUnits(60.0)})
+    for (const AngleUnit turn :
+         std::initializer_list<AngleUnit>{1, 1000000, DegreesToUnits(60.0) - 1, DegreesToUnits(60.0)})
     {
         ExpectPlace(RADIUS * UnitsToRadians(turn), RADIUS - 130.0, AtTurn(turn, 130.0));
     }
@@ -253,7 +255,8 @@ TEST(RightArc, CountsAnAngleShortOfItsEndAsPastIt)
 TEST(LeftArc, CountsAlongTheArcAndOffsetsFromIt)
 {
     SetArc(-RADIUS, DegreesToUnits(60.0));
-    for (const AngleUnit turn : {1, 1000000, DegreesToUnits(60.0) - 1, DegreesToUnits(60.0)})
+    for (const AngleUnit turn :
+         std::initializer_list<AngleUnit>{1, 1000000, DegreesToUnits(60.0) - 1, DegreesToUnits(60.0)})
     {
         for (const double distance : {60.0, 100.0, 130.0})
         {
@@ -277,7 +280,7 @@ TEST(LeftArc, RefersAPointBeforeTheStartToTheTangent)
     ExpectPlaceToAUnit(-25.0, 0.0, FromTangent(0.0, -25.0, 0.0));
     ExpectPlaceToAUnit(-25.0, -10.0, FromTangent(0.0, -25.0, -10.0));
     ExpectPlaceToAUnit(-250.0, 10.0, FromTangent(0.0, -250.0, 10.0));
-    for (const AngleUnit back : {1, 1000000, QUARTER - 1})
+    for (const AngleUnit back : std::initializer_list<AngleUnit>{1, 1000000, QUARTER - 1})
     {
         const double a = UnitsToRadians(back);
         ExpectPlace(-120.0 * std::sin(a), 120.0 * std::cos(a) - RADIUS, AtTurn(back, 120.0));

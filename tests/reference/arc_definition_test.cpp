@@ -396,7 +396,7 @@ TEST(ArcByRadiusHAngle, PutsTheRadialIntoTheCircle)
 TEST(ArcByRadiusHAngle, CutsTheCentralAngleOff)
 {
     // By the chain of products as it is written, to the last bit: length from the turn, central angle from the length.
-    for (const AngleUnit turn : {1, 2, 3, 1000003, 7654321, 13000001, FULL - 1})
+    for (const AngleUnit turn : std::initializer_list<AngleUnit>{1, 2, 3, 1000003, 7654321, 13000001, FULL - 1})
     {
         for (const double radius : {0.1, 33.3, 1234.567, -0.1, -33.3, -1234.567})
         {

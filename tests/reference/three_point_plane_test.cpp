@@ -195,7 +195,7 @@ TEST(ThreePointPlane, TakesAHalfCircleForFaceTwoWhichLooksStraightDown)
     {
         ExpectSighted(FullPoint(3.0, 4.0, 0.0), 3.0, 4.0, Sight(1234567, zenith, FullPoint(3.0, 4.0, 10.0)));
     }
-    for (const AngleUnit zenith : {0, FULL, -FULL})
+    for (const AngleUnit zenith : std::initializer_list<AngleUnit>{0, FULL, -FULL})
     {
         ExpectPreset(0, Sight(1234567, zenith, FullPoint(3.0, 4.0, 10.0)));
         ExpectSighted(FullPoint(3.0, 4.0, 0.0), 3.0, -4.0, Sight(1234567, zenith, FullPoint(3.0, 4.0, -10.0)));

@@ -228,7 +228,7 @@ TEST(TwoPointPlane, ResolvesASightOfTwoUnitsToThePlane)
     // One unit is 3.03e-7, two are 6.06e-7; the limit lies at 5e-7.
     ASSERT_EQ(0, SetPlane(FullPoint(0.0, 0.0, 0.0), FullPoint(5.0, 0.0, 0.0)));
     const PointRecord station = FullPoint(0.0, -1.0, 0.0);
-    for (const AngleUnit direction : {0, HALF})
+    for (const AngleUnit direction : std::initializer_list<AngleUnit>{0, HALF})
     {
         ExpectPreset(0, Sight(direction, QUARTER, station, 0.0));
         ExpectPreset(0, Sight(direction + 1, QUARTER, station, 0.0));
@@ -242,7 +242,7 @@ TEST(TwoPointPlane, ResolvesASightOfTwoUnitsToThePlane)
 
 TEST(TwoPointPlane, LeavesThePresetForAVerticalSight)
 {
-    for (const AngleUnit zenith : {0, HALF, FULL, -HALF, -FULL, FULL + HALF})
+    for (const AngleUnit zenith : std::initializer_list<AngleUnit>{0, HALF, FULL, -HALF, -FULL, FULL + HALF})
     {
         SetWall();
         ExpectPreset(0, Sight(0, zenith, STATION, 1.5));

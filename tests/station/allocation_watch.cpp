@@ -1,6 +1,8 @@
 #include "tests/station/allocation_watch.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <new>
 
 #include <gtest/gtest.h>
 
@@ -52,6 +54,28 @@ void __wrap_free(void* block) // NOLINT
     }
     __real_free(block);
 }
+}
+
+// Blocks of C++ go past the watch, its own among them, even where the run-time library is linked statically.
+void* operator new(size_t size)
+{
+    void* const block = __real_malloc(size);
+    if (block == nullptr)
+    {
+        std::abort();
+    }
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    __real_free(block);
+}
+
+void operator delete(void* block, size_t size) noexcept
+{
+    static_cast<void>(size);
+    __real_free(block);
 }
 
 AllocationWatch::AllocationWatch(size_t failing)

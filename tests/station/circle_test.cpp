@@ -29,7 +29,8 @@ const PointRecord EAST = PlanPoint(100.0, 210.0);
 
 TEST(FaceReducedReading, LeavesAFaceOneReadingAsItIsEvenOutsideTheCircle)
 {
-    for (const AngleUnit reading : {0, 1, 20735999, 20736000, 30000000, -5, INT32_MIN, INT32_MAX})
+    for (const AngleUnit reading :
+         std::initializer_list<AngleUnit>{0, 1, 20735999, 20736000, 30000000, -5, INT32_MIN, INT32_MAX})
     {
         EXPECT_EQ(reading, FaceReducedReading(reading, FACE_ONE));
     }
@@ -91,7 +92,8 @@ TEST(IsFaceTwo, TakesTheZenithAsItStands)
     {
         EXPECT_FALSE(IsFaceTwo(zenith)) << zenith;
     }
-    for (const AngleUnit zenith : {10368000, 20735999, 20736000, INT32_MAX, -1, INT32_MIN})
+    for (const AngleUnit zenith :
+         std::initializer_list<AngleUnit>{10368000, 20735999, 20736000, INT32_MAX, -1, INT32_MIN})
     {
         EXPECT_TRUE(IsFaceTwo(zenith)) << zenith;
     }
@@ -99,7 +101,7 @@ TEST(IsFaceTwo, TakesTheZenithAsItStands)
 
 TEST(FaceNormalizedReading, LeavesAFaceOneReadingAsItIsEvenOutsideTheCircle)
 {
-    for (const AngleUnit reading : {0, 20736000, 30000000, -5, INT32_MIN, INT32_MAX})
+    for (const AngleUnit reading : std::initializer_list<AngleUnit>{0, 20736000, 30000000, -5, INT32_MIN, INT32_MAX})
     {
         EXPECT_EQ(reading, FaceNormalizedReading(reading, FACE_ONE));
     }

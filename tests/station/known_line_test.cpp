@@ -355,7 +355,7 @@ TEST(KnownLine, TellsTheFaceOfTheSecondReadingByItsZenith)
     {
         EXPECT_NEAR(std::sqrt(128.0 * 128.0 + 96.0 * 96.0 - product), lengthCheck(faceOne), 1e-9) << faceOne;
     }
-    for (const AngleUnit faceTwo : {10368000, 20736000, INT32_MAX, -1, INT32_MIN})
+    for (const AngleUnit faceTwo : std::initializer_list<AngleUnit>{10368000, 20736000, INT32_MAX, -1, INT32_MIN})
     {
         EXPECT_NEAR(std::sqrt(128.0 * 128.0 + 96.0 * 96.0 + product), lengthCheck(faceTwo), 1e-9) << faceTwo;
     }

@@ -353,7 +353,8 @@ TEST(MultiPointResection, TellsTheFaceByTheZenith)
     {
         EXPECT_NEAR(0, TurnFrom(ORIENTATION, orientationWith(faceOne, 0)), 4) << faceOne;
     }
-    for (const AngleUnit faceTwo : {10368000, 20735999, 20736000, 30000000, -1, INT32_MIN})
+    for (const AngleUnit faceTwo :
+         std::initializer_list<AngleUnit>{10368000, 20735999, 20736000, 30000000, -1, INT32_MIN})
     {
         EXPECT_NEAR(0, TurnFrom(ORIENTATION - FACE_TWO_SHIFT, orientationWith(faceTwo, ANGLE_HALF_CIRCLE)), 4)
             << faceTwo;

@@ -1,8 +1,10 @@
 #!/bin/sh
-# check_digest.sh DIGEST LIST: the program runs to its end, names each exported function on LIST but the one that
-# connects an instrument, reaches success and failure of each that can fail, and prints the same a second time.
+# check_digest.sh LIST DIVISOR COMMAND...: the program runs to its end, names each exported function on LIST but the one
+# that connects an instrument, reaches success and failure of each that can fail, and prints the same a second time. It
+# makes one call of DIVISOR that it could make.
 set -u
-digest=$1 list=$2
+list=$1 divisor=$2
+shift 2
 failed=0
 
 complain()
@@ -11,8 +13,8 @@ complain()
     failed=1
 }
 
-once=$("$digest" --divide 10) || complain "$digest ends with $?"
-again=$("$digest" --divide 10)
+once=$("$@" --divide "$divisor") || complain "$* ends with $?"
+again=$("$@" --divide "$divisor")
 [ "$once" = "$again" ] || complain "two runs differ"
 
 names=$(printf '%s\n' "$once" | awk '{ print $1 }' | LC_ALL=C sort)

@@ -1,8 +1,10 @@
-// digest [--full] [--divide N]
+// digest [--full] [--divide N] [--plain-math] [--shake SEED]
 //
 // Calls every exported function with many deterministic inputs and prints a line each: the number of calls, how many of
 // them succeeded, and a hash of every bit of every result. Two builds of the library agree when they print the same.
-// --full prints each call's results too; --divide makes a slow machine do one Nth of the calls.
+// --full prints each call's results too; --divide makes a slow machine do one Nth of the calls. --plain-math gives the
+// library mathematics functions that are the same everywhere; --shake moves the results of these functions by one unit in
+// the last place, up or down, so that two listings show what their last bit decides. 0 shakes nothing.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +12,7 @@
 #include <qstdlib.h>
 
 #include "inputs.h"
+#include "math_watch.h"
 #include "results.h"
 
 namespace {
@@ -31,8 +34,8 @@ void InverseCall(Inputs& inputs, Results& results)
     const PointRecord to = inputs.Random().OneIn(16) ? from : inputs.Point();
     AngDistRecord result = {UNTOUCHED_ANGLE, UNTOUCHED_ANGLE, UNTOUCHED, UNTOUCHED, UNTOUCHED};
     results.AddStatus(QCogoCoordToAngDist(&from, &to, &result));
-    results.Add(result.azimuth);
-    results.Add(result.zenith);
+    results.AddAngle(result.azimuth);
+    results.AddAngle(result.zenith);
     results.Add(result.slopeDistance);
     results.Add(result.horizontalDistance);
     results.Add(result.heightDifference);
@@ -86,7 +89,7 @@ void RemoteDistanceCall(Inputs& inputs, Results& results)
     results.Add(result.slopeDistance);
     results.Add(result.horizontalDistance);
     results.Add(result.heightDifference);
-    results.Add(result.azimuth);
+    results.AddAngle(result.azimuth);
 }
 
 void TwoPointTargetCall(Inputs& inputs, Results& results)
@@ -130,7 +133,7 @@ TwoPointStation NewTwoPointStation(Inputs& inputs)
 void AddTwoPointStation(const TwoPointStation& station, Results& results)
 {
     results.Add(station.station);
-    results.Add(station.orientation);
+    results.AddAngle(station.orientation);
     results.Add(station.baselineCheck);
     results.Add(station.firstDistanceResidual);
     results.Add(station.secondDistanceResidual);
@@ -194,13 +197,13 @@ AdjustedStation UntouchedStation()
 void AddAdjustedStation(const AdjustedStation& adjusted, int32_t sights, Results& results)
 {
     results.Add(adjusted.station.position);
-    results.Add(adjusted.station.orientation);
+    results.AddAngle(adjusted.station.orientation);
     results.Add(adjusted.station.northingPrecision);
     results.Add(adjusted.station.eastingPrecision);
     results.Add(adjusted.station.heightSpread);
     for (int32_t i = 0; i <= sights; ++i)
     {
-        results.Add(adjusted.residuals[i].angleResidual);
+        results.AddAngle(adjusted.residuals[i].angleResidual);
         results.Add(adjusted.residuals[i].distanceResidual);
         results.Add(adjusted.residuals[i].heightResidual);
     }
@@ -309,7 +312,7 @@ void LineTransferCall(Inputs& inputs, Results& results)
     results.AddStatus(QCogoCalcTransLine(&line, rotation, offset, result));
     results.Add(result->first);
     results.Add(result->second);
-    results.Add(result->azimuth);
+    results.AddAngle(result->azimuth);
     results.Add(static_cast<int32_t>(result->mode));
 }
 
@@ -385,8 +388,8 @@ void SlopeReferenceCall(Inputs& inputs, Results& results)
 
 void AddSight(const SightRecord& sight, Results& results)
 {
-    results.Add(sight.horizontalAngle);
-    results.Add(sight.zenithAngle);
+    results.AddAngle(sight.horizontalAngle);
+    results.AddAngle(sight.zenithAngle);
     results.Add(sight.distance);
 }
 
@@ -502,11 +505,11 @@ void AddArcParams(Results& results)
 {
     ArcParams arc = {UNTOUCHED_ANGLE, UNTOUCHED_ANGLE, UNTOUCHED, UNTOUCHED, UNTOUCHED_ANGLE};
     results.Add(QREFGetArcParams(&arc));
-    results.Add(arc.startAzimuth);
-    results.Add(arc.endAzimuth);
+    results.AddAngle(arc.startAzimuth);
+    results.AddAngle(arc.endAzimuth);
     results.Add(arc.radius);
     results.Add(arc.length);
-    results.Add(arc.centralAngle);
+    results.AddAngle(arc.centralAngle);
 }
 
 void AddArcResult(const ArcCalcResult& result, Results& results)
@@ -729,41 +732,70 @@ void Run(const Function& function, int32_t divisor, bool full)
         inputs.BeginCall();
         results.BeginCall(i);
         function.call(inputs, results);
-        results.EndCall();
+        results.EndCall(inputs.LargestLength());
     }
     results.PrintTotal(calls);
+}
+
+struct Options
+{
+    bool full = false;
+    int32_t divisor = 1; // 0 where the options were not understood
+    digest::Math math = digest::Math::PLATFORM;
+    uint32_t seed = 0;
+};
+
+int32_t NumberFrom(const char* text)
+{
+    return static_cast<int32_t>(std::strtol(text, nullptr, 10));
+}
+
+Options Understand(int argc, char** argv)
+{
+    Options options;
+    for (int i = 1; i < argc; ++i)
+    {
+        const bool hasValue = i + 1 < argc;
+        if (std::strcmp(argv[i], "--full") == 0)
+        {
+            options.full = true;
+        }
+        else if (std::strcmp(argv[i], "--plain-math") == 0)
+        {
+            options.math = digest::Math::PLAIN;
+        }
+        else if (std::strcmp(argv[i], "--divide") == 0 && hasValue)
+        {
+            options.divisor = NumberFrom(argv[++i]);
+        }
+        else if (std::strcmp(argv[i], "--shake") == 0 && hasValue)
+        {
+            options.seed = static_cast<uint32_t>(NumberFrom(argv[++i]));
+        }
+        else
+        {
+            options.divisor = 0;
+            break;
+        }
+    }
+    return options;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    bool full = false;
-    int32_t divisor = 1;
-    for (int i = 1; i < argc; ++i)
+    const Options options = Understand(argc, argv);
+    if (options.divisor < 1)
     {
-        if (std::strcmp(argv[i], "--full") == 0)
-        {
-            full = true;
-        }
-        else if (std::strcmp(argv[i], "--divide") == 0 && i + 1 < argc)
-        {
-            ++i;
-            divisor = static_cast<int32_t>(std::strtol(argv[i], nullptr, 10));
-        }
-        else
-        {
-            divisor = 0;
-        }
-    }
-    if (divisor < 1)
-    {
-        std::fprintf(stderr, "usage: %s [--full] [--divide N]\n", argc > 0 ? argv[0] : "digest");
+        std::fprintf(stderr, "usage: %s [--full] [--divide N] [--plain-math] [--shake SEED]\n",
+                     argc > 0 ? argv[0] : "digest");
         return 2;
     }
+    digest::ChooseMath(options.math, options.seed);
     for (const Function& function : FUNCTIONS)
     {
-        Run(function, divisor, full);
+        Run(function, options.divisor, options.full);
     }
     return 0;
 }

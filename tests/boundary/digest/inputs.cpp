@@ -168,6 +168,7 @@ void Inputs::BeginCall()
 {
     constexpr Kind KINDS[] = {Kind::SURVEY, Kind::SURVEY, Kind::GRID, Kind::SPOILED};
     kind = Pick(random, KINDS);
+    largest = 0.0;
     ConnectInstrument();
 }
 
@@ -211,13 +212,23 @@ void Inputs::ConnectObservationService()
     ConnectInstrumentSettings(&settings);
 }
 
+double Inputs::Note(double length)
+{
+    const double magnitude = length < 0.0 ? -length : length;
+    if (IsInRange(magnitude) && magnitude > largest)
+    {
+        largest = magnitude;
+    }
+    return length;
+}
+
 double Inputs::Spoil(double value)
 {
     if (kind != Kind::SPOILED || !random.OneIn(8))
     {
         return value;
     }
-    return random.OneIn(3) ? AnyDouble(random) : Pick(random, SPECIAL_REALS);
+    return Note(random.OneIn(3) ? AnyDouble(random) : Pick(random, SPECIAL_REALS));
 }
 
 AngleUnit Inputs::Spoil(AngleUnit angle)
@@ -239,7 +250,7 @@ PointRecord Inputs::Spoil(PointRecord point)
 
 double Inputs::Millimetres(int32_t lowest, int32_t highest)
 {
-    return random.Between(lowest, highest) / 1000.0;
+    return Note(random.Between(lowest, highest) / 1000.0);
 }
 
 uint16_t Inputs::Flags()
@@ -251,12 +262,12 @@ uint16_t Inputs::Flags()
 
 double Inputs::Coordinate()
 {
-    return kind == Kind::GRID ? random.Between(-2, 2) : Spoil(Millimetres(-2000000, 2000000));
+    return kind == Kind::GRID ? Note(random.Between(-2, 2)) : Spoil(Millimetres(-2000000, 2000000));
 }
 
 double Inputs::Distance()
 {
-    return kind == Kind::GRID ? random.Between(-1, 3) : Spoil(Millimetres(-10000, 500000));
+    return kind == Kind::GRID ? Note(random.Between(-1, 3)) : Spoil(Millimetres(-10000, 500000));
 }
 
 AngleUnit Inputs::Angle()

@@ -49,6 +49,12 @@ public:
         return random;
     }
 
+    // The largest length that went into the call; what is too large for one, or no number, does not count.
+    double LargestLength() const
+    {
+        return largest;
+    }
+
     double Coordinate();
     double Distance();
     AngleUnit Angle();
@@ -70,6 +76,7 @@ private:
     };
 
     void ConnectInstrument();
+    double Note(double length);
     double Spoil(double value);
     AngleUnit Spoil(AngleUnit angle);
     PointRecord Spoil(PointRecord point);
@@ -81,6 +88,7 @@ private:
 
     RandomBits random;
     Kind kind = Kind::SURVEY;
+    double largest = 0.0;
 };
 
 } // namespace digest

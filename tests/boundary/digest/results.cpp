@@ -3,6 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "math_watch.h"
+#include "subtraction_watch.h"
+
 namespace digest {
 
 namespace {
@@ -27,6 +30,8 @@ void Results::HashBytes(uint64_t value, int bytes)
 
 void Results::BeginCall(int32_t number)
 {
+    ForgetMathUse();
+    ForgetWrongSums();
     if (full)
     {
         std::printf("%s %ld", name, static_cast<long>(number));
@@ -76,6 +81,15 @@ void Results::Add(int32_t value)
     }
 }
 
+void Results::AddAngle(AngleUnit angle)
+{
+    HashBytes(static_cast<uint32_t>(angle), 4);
+    if (full)
+    {
+        std::printf(" a%ld", static_cast<long>(angle));
+    }
+}
+
 void Results::Add(const PointRecord& point)
 {
     Add(point.northing);
@@ -84,11 +98,16 @@ void Results::Add(const PointRecord& point)
     Add(static_cast<int32_t>(point.flags));
 }
 
-void Results::EndCall() const
+void Results::EndCall(double largestInput) const
 {
     if (full)
     {
-        std::printf("\n");
+        const MathUse use = CurrentMathUse();
+        uint64_t bits = 0;
+        std::memcpy(&bits, &largestInput, sizeof bits);
+        PrintBits(" | ", bits);
+        std::printf(" %lu %08lx %lu\n", static_cast<unsigned long>(use.calls), static_cast<unsigned long>(use.hash),
+                    static_cast<unsigned long>(WrongSums()));
     }
 }
 

@@ -9,7 +9,9 @@ namespace digest {
 class Results
 {
 public:
-    // With `printAll` each call prints a line: name, number of the call, status, then each value's bits.
+    // With `printAll` each call prints a line: name, number of the call, status, then each value: a real number by its
+    // bits, an angle behind an "a", other integers as they are. Behind a bar follow the largest length among the inputs,
+    // the number of calls of mathematics functions, the hash of their results, and the number of sums rounded wrongly.
     Results(const char* function, bool printAll) : name(function), full(printAll)
     {
     }
@@ -19,9 +21,10 @@ public:
     // For functions that return a number of solutions: any solution is a success.
     void AddSolutions(int32_t solutions);
     void Add(double value);
+    void AddAngle(AngleUnit angle);
     void Add(int32_t value);
     void Add(const PointRecord& point);
-    void EndCall() const;
+    void EndCall(double largestInput) const;
     void PrintTotal(int32_t calls) const;
 
 private:
