@@ -56,7 +56,7 @@ target_compile_definitions(qstdlib_objects PRIVATE QSTDLIB_BUILDING)
 # are called, not one sincos for both.
 set(QSTDLIB_EXACT -ffp-contract=off -fno-fast-math -fno-builtin-sin -fno-builtin-cos)
 target_compile_options(qstdlib_objects PRIVATE ${QSTDLIB_EXACT} -fno-exceptions -fno-rtti)
-if(CMAKE_CROSSCOMPILING AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "arm" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # Memory counts on the target: no function is inlined, and no jump threaded, where that makes the code larger.
     target_compile_options(qstdlib_objects PRIVATE -fno-inline-functions -fno-thread-jumps)
 endif()

@@ -525,5 +525,9 @@ int main(void)
     TestArcCalculation();
     TestTwoPointPlane();
     TestThreePointPlane();
+    if (failures == 0)
+    {
+        puts("the C interface answers as expected");
+    }
     return failures == 0 ? 0 : 1;
 }
