@@ -9,8 +9,8 @@
 
 namespace qstdlib {
 
-// Divides by the same number, once or more often, by its reciprocal. Numbers that are not normal, zero among them, are left to the
-// operator, and so are quotients outside the range of normal numbers.
+// Divides by the same number, once or more often, by its reciprocal. Numbers that are not normal, zero among them, are
+// left to the operator, and so are quotients outside the range of normal numbers.
 class SoftDivisor
 {
 public:

@@ -1,5 +1,5 @@
 // Letters, as usual for the adjustment of observation equations v = A dx + l: observations L with weights P, unknowns
-// X, design matrix A, misclosures l, corrections dx, residuals v, cofactors Q. All are indexed from 1. Rows follow the
+// X, design matrix A, misclosures l, corrections dx, residuals v, normal matrix N, cofactors Q. All are indexed from 1. Rows follow the
 // records; within a record its direction comes first, then its distance or, in a spatial adjustment, its horizontal
 // distance and vertical difference.
 #include "station/adjustment.h"
@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 
 #include "core/angle.h"
 #include "core/real_bits.h"
@@ -38,6 +37,7 @@ struct Scratch
     Matrix normal;
     int32_t rows;
     int32_t unknownCount;
+    bool plan;
     int32_t weightBand; // only the two rows of a spatial distance are correlated
 };
 
@@ -185,7 +185,7 @@ bool AllocateEquations(Scratch& s)
 // Q = (A^T P A)^-1, in plan row by row.
 int32_t InvertNormalEquations(const Scratch& s)
 {
-    if (s.weightBand == 0 && SumNormalMatrix(s.design, s.weights, s.rows, s.normal))
+    if (s.plan && SumNormalMatrix(s.design, s.weights, s.rows, s.normal))
     {
         return Invert(s.normal, s.cofactors, s.unknownCount);
     }
@@ -253,7 +253,7 @@ double MultiplySquares(const Scratch& s)
 int32_t Correct(const Scratch& s, double* omega)
 {
     const bool byRows =
-        s.weightBand == 0 && SumCorrections(s.cofactors, s.design, s.weights, s.misclosures, s.rows, s.corrections);
+        s.plan && SumCorrections(s.cofactors, s.design, s.weights, s.misclosures, s.rows, s.corrections);
     if (byRows)
     {
         if (!SumResiduals(s.design, s.weights, s.misclosures, s.corrections, s.rows, s.residuals, omega))
@@ -329,7 +329,8 @@ int32_t Prepare(int32_t* mode, int16_t count, const ResectWorkRecord* work, cons
     int32_t distances = 0;
     int32_t result =
         BuildObservationVector(mode, count, work, precision, &s.observations, &s.weights, &s.rows, &distances);
-    s.weightBand = *mode == ADJUST_MODE_PLAN ? 0 : 1;
+    s.plan = *mode == ADJUST_MODE_PLAN;
+    s.weightBand = s.plan ? 0 : 1;
     if (result == 0)
     {
         result = ApproximateStation(*mode, count, work, distances, &s.unknowns, &s.unknownCount, s.rows, limit);

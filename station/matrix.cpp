@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -40,7 +39,7 @@ double* AllocBlock(size_t rows, size_t columns)
     return AllocBehindSpare<double>(rows * columns);
 }
 
-// Additions are calls on the target. Those whose result is one of their operands are not made in the refinement.
+// Additions are calls on the target. Where many have one of their operands for a result, they are not made.
 
 // The sum of what began as 0.0 and a term. Such a sum is never -0.0.
 double Plus(double sum, double term)

@@ -45,11 +45,11 @@ struct Pivot
 };
 
 // Crout's decomposition with implicit scaling and partial pivoting; the later row wins a tie. `a` becomes its factors,
-// `pivots` hold the row exchanges, `parity` their sign. A zero pivot becomes 1e-20. ADJUST_DEGENERATE for a row of zeros
-// (the scaling vector then stays allocated), ADJUST_NO_MEMORY.
+// `pivots` hold the row exchanges, `parity` their sign. A zero pivot becomes 1e-20. ADJUST_DEGENERATE for a row of
+// zeros (the scaling vector then stays allocated), ADJUST_NO_MEMORY.
 int32_t LUDecompose(Matrix a, int32_t order, Pivot* pivots, double* parity);
 
-// Replaces each row of `b`, a right-hand side, by its solution.
+// Replaces each row of `b`, a right-hand side, by its solution: rows, not columns as in SolveLinearSystem.
 void LUBackSubstitute(Matrix lu, Matrix b, int32_t order, int32_t rightSides, const Pivot* pivots);
 
 // 1 when no element's magnitude exceeds the machine epsilon, else 0.

@@ -89,7 +89,7 @@ bool SumCorrections(Matrix cofactors, Matrix design, Matrix weights, const doubl
             {
                 term *= weights[k][k];
             }
-            sum += term * misclosures[k];
+            sum += term * misclosures[k]; // a term of -0.0 adds nothing to what began at 0.0
         }
         corrections[i] = -sum;
     }
