@@ -3,6 +3,7 @@
 #include "cogo/baseline.h"
 #include "core/angle.h"
 #include "core/point.h"
+#include "core/real_bits.h"
 #include "qstdlib/cogo.h"
 
 namespace qstdlib {
@@ -96,7 +97,7 @@ int32_t QCogoCalcTransLine(const LineDef* line, AngleUnit rotation, double offse
     {
         RotateSecond(transferred, rotation);
     }
-    if (offset != 0.0)
+    if (!IsZero(offset))
     {
         if (byPoints)
         {

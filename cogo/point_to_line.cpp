@@ -1,5 +1,6 @@
 #include "cogo/line.h"
 #include "core/point.h"
+#include "core/real_bits.h"
 
 namespace qstdlib {
 
@@ -12,7 +13,7 @@ void SetPlanFoot(PointRecord& foot, const PointRecord& onLine, double slope, dou
         foot.northing = onLine.northing;
         foot.easting = point.easting;
     }
-    else if (slope == 0.0)
+    else if (IsZero(slope))
     {
         foot.northing = point.northing;
         foot.easting = onLine.easting;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/angle.h"
+#include "core/real_bits.h"
 
 namespace qstdlib {
 
@@ -14,7 +15,7 @@ AngleUnit AzimuthBetween(const PointRecord* from, const PointRecord* to)
     }
     const double dN = to->northing - from->northing;
     const double dE = to->easting - from->easting;
-    if (dN == 0.0 && dE == 0.0)
+    if (IsZero(dN) && IsZero(dE))
     {
         return ANGLE_UNDEFINED;
     }
@@ -27,7 +28,7 @@ AngleUnit ZenithBetween(const PointRecord* from, const PointRecord* to)
     const double dE = to->easting - from->easting;
     const double dH = to->height - from->height;
     const double horizontal = std::hypot(dE, dN);
-    if (horizontal == 0.0 && dH == 0.0)
+    if (IsZero(horizontal) && IsZero(dH))
     {
         return ANGLE_UNDEFINED;
     }

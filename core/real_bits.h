@@ -49,6 +49,12 @@ inline bool IsFinite(double value)
     return MagnitudeBits(value) < INFINITY_BITS;
 }
 
+// As the operator == has it: zeros of either sign are equal, and NaN equals nothing.
+inline bool AreEqual(double a, double b)
+{
+    return IsZero(a) ? IsZero(b) : BitsOf(a) == BitsOf(b) && MagnitudeBits(a) <= INFINITY_BITS;
+}
+
 } // namespace qstdlib
 
 #endif

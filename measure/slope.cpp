@@ -1,4 +1,5 @@
 #include "core/point.h"
+#include "core/real_bits.h"
 #include "qstdlib/measure.h"
 
 namespace qstdlib {
@@ -27,21 +28,23 @@ using namespace qstdlib;
 int32_t QBRSetSlope(double height1, double distance1, double height2, double distance2)
 {
     stored.isSet = 0;
-    int16_t status = QSTD_OK;
-    if (height1 == height2)
+    const bool sameHeight = AreEqual(height1, height2);
+    const bool sameDistance = AreEqual(distance1, distance2);
+    if (sameHeight && sameDistance)
     {
-        if (distance1 == distance2)
-        {
-            return QSTD_REJECTED; // the same point twice
-        }
+        return QSTD_REJECTED; // the same point twice
+    }
+    int16_t status = QSTD_OK;
+    if (sameHeight)
+    {
         status = QSTD_DISTANCE_UNDETERMINED;
     }
-    else if (distance1 == distance2)
+    else if (sameDistance)
     {
         status = QSTD_HEIGHT_UNDETERMINED;
     }
     int16_t isNegativeSide = 0;
-    if (distance1 < 0.0 || distance2 < 0.0)
+    if ((IsNegative(distance1) || IsNegative(distance2)) && (distance1 < 0.0 || distance2 < 0.0))
     {
         if (distance1 > 0.0 || distance2 > 0.0)
         {

@@ -3,6 +3,7 @@
 #include "cogo/line.h"
 #include "core/angle.h"
 #include "core/point.h"
+#include "core/real_bits.h"
 #include "qstdlib/reference.h"
 #include "reference/arc_state.h"
 
@@ -178,7 +179,7 @@ int32_t QREFSetArcByRadiusHAngle(const PointRecord* start, AngleUnit startAzimut
     {
         return QSTD_DEGENERATE;
     }
-    if (radius == 0.0)
+    if (IsZero(radius))
     {
         return QSTD_REJECTED;
     }
@@ -197,7 +198,7 @@ int32_t QREFSetArcByRadiusArcLen(const PointRecord* start, AngleUnit startAzimut
     {
         return QSTD_MISSING_COORDINATES;
     }
-    if (radius == 0.0 || length <= 0.0)
+    if (IsZero(radius) || length <= 0.0)
     {
         return QSTD_REJECTED;
     }

@@ -4,6 +4,7 @@
 
 #include "core/angle.h"
 #include "core/point.h"
+#include "core/real_bits.h"
 #include "core/settings.h"
 #include "qstdlib/station.h"
 
@@ -35,7 +36,7 @@ double GroundDistance(double distance)
     if (IsScaleFactorApplied() == 1)
     {
         const double scale = GetScaleFactor();
-        if (scale != 0.0)
+        if (!IsZero(scale))
         {
             distance = distance / scale;
         }

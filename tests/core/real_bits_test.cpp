@@ -129,3 +129,23 @@ TEST(IsFinite, ExcludesInfinityAndNaN)
         EXPECT_EQ(expected, IsFinite(std::copysign(p.value, -1.0))) << p.value;
     }
 }
+
+// Against the operator, on all pairs of values of either sign.
+TEST(AreEqual, IsTheOperatorWithoutItsCall)
+{
+    std::vector<double> values;
+    for (const Pattern& p : PATTERNS)
+    {
+        values.push_back(p.value);
+        values.push_back(std::copysign(p.value, -1.0));
+    }
+    for (const double a : values)
+    {
+        for (const double b : values)
+        {
+            EXPECT_EQ(a == b, AreEqual(a, b)) << a << ' ' << b;
+        }
+    }
+    EXPECT_TRUE(AreEqual(0.0, -0.0));
+    EXPECT_FALSE(AreEqual(Limits::quiet_NaN(), Limits::quiet_NaN()));
+}
