@@ -11,6 +11,7 @@ constexpr int SIGNIFICAND_BITS = 52; // stored ones
 constexpr uint64_t LEADING_BIT = UINT64_C(1) << SIGNIFICAND_BITS;
 constexpr uint32_t EXPONENT_MASK = 0x7FF;
 constexpr uint32_t EXPONENT_BIAS = 1023;
+constexpr uint32_t OUT_OF_RANGE = 2 * EXPONENT_MASK; // an exponent, whatever is added to it
 
 uint32_t ExponentOf(uint64_t bits)
 {
@@ -92,16 +93,14 @@ QSTD_WRAPS uint32_t ShortReciprocalRoot(uint32_t d)
 
 } // namespace
 
-SoftDivisor::SoftDivisor(double divisor)
-    : value(divisor), significand(SignificandOf(BitsOf(divisor))), reciprocal(0), exponent(ExponentOf(BitsOf(divisor)))
+QSTD_WRAPS SoftDivisor::SoftDivisor(double divisor)
+    : value(divisor), significand(SignificandOf(BitsOf(divisor))), reciprocal(0), exponentChange(OUT_OF_RANGE)
 {
+    const uint32_t exponent = ExponentOf(BitsOf(divisor));
     if (IsNormalExponent(exponent))
     {
         reciprocal = Reciprocal(significand << 11U);
-    }
-    else
-    {
-        exponent = 0;
+        exponentChange = EXPONENT_BIAS - exponent;
     }
 }
 
@@ -109,21 +108,27 @@ QSTD_WRAPS double SoftDivisor::Into(double dividend) const
 {
     const uint64_t bits = BitsOf(dividend);
     uint64_t numerator = SignificandOf(bits);
-    const uint32_t isLess = numerator < significand ? 1 : 0;
-    numerator <<= isLess; // so that the quotient lies from 1 to 2
-    const uint32_t quotientExponent = ExponentOf(bits) + EXPONENT_BIAS - exponent - isLess;
-    if (exponent == 0 || !IsNormalExponent(ExponentOf(bits)) || !IsNormalExponent(quotientExponent))
+    uint32_t exponent = ExponentOf(bits) + exponentChange;
+    if (numerator < significand) // so that the quotient lies from 1 to 2
+    {
+        numerator += numerator;
+        --exponent;
+    }
+    if (!IsNormalExponent(ExponentOf(bits)) || !IsNormalExponent(exponent))
     {
         return dividend / value;
     }
     // 54 bits, one more than are kept, or one less than that integer: the remainder tells.
     uint64_t quotient = HighProduct(numerator << 10U, reciprocal) >> 9U;
     const uint64_t remainder = (numerator << 53U) - quotient * significand;
-    quotient += remainder >= significand ? 1 : 0;
+    if (remainder >= significand)
+    {
+        ++quotient;
+    }
     // The quotient of two numbers of 53 bits never lies half-way between two others: the 54th bit alone decides.
     const uint64_t rounded = (quotient + 1) >> 1U;
     const uint64_t sign = (bits ^ BitsOf(value)) & SIGN_BIT;
-    return FromBits(sign | ((static_cast<uint64_t>(quotientExponent) << SIGNIFICAND_BITS) + (rounded - LEADING_BIT)));
+    return FromBits(sign | ((static_cast<uint64_t>(exponent) << SIGNIFICAND_BITS) + (rounded - LEADING_BIT)));
 }
 
 QSTD_WRAPS double SoftSquareRoot(double value)
