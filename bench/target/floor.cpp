@@ -29,7 +29,6 @@ enum class Kind
 {
     FUNCTION,
     ARITHMETIC,
-    SERVICE,
 };
 
 constexpr size_t MOST_OPERATIONS = 4096;
@@ -66,7 +65,9 @@ bool IsRepeated(const Operation& operation)
     }
     for (size_t i = 0; i < operationCount; ++i)
     {
-        if (std::memcmp(&operations[i], &operation, sizeof operation) == 0)
+        const Operation& earlier = operations[i];
+        if (earlier.routine == operation.routine && earlier.operands[0] == operation.operands[0] &&
+            earlier.operands[1] == operation.operands[1])
         {
             return true;
         }
@@ -78,15 +79,12 @@ bool IsRepeated(const Operation& operation)
     return false;
 }
 
-void Add(Kind kind, uint32_t instructions, bool repeated)
+void Add(Kind kind, uint32_t instructions, const Operation& operation)
 {
-    if (repeated)
+    if (watching && !IsRepeated(operation))
     {
-        cost.repeated += instructions;
-        return;
+        (kind == Kind::FUNCTION ? cost.functions : cost.arithmetic) += instructions;
     }
-    uint32_t& sum = kind == Kind::FUNCTION ? cost.functions : kind == Kind::ARITHMETIC ? cost.arithmetic : cost.service;
-    sum += instructions;
 }
 
 // The operands wait in registers when the first reading is taken, as they do between two operations of a formula.
@@ -98,11 +96,8 @@ auto Watch(double first, double second)
     auto result = ROUTINE(first, second);
     asm volatile("" : "+r"(result));
     const uint32_t after = board::Ticks();
-    if (watching)
-    {
-        Add(KIND, board::Instructions(before, after) - board::EmptyPair(),
-            IsRepeated({reinterpret_cast<const void*>(ROUTINE), {Bits(first), Bits(second)}}));
-    }
+    Add(KIND, board::Instructions(before, after) - board::EmptyPair(),
+        {reinterpret_cast<const void*>(ROUTINE), {Bits(first), Bits(second)}});
     return result;
 }
 
@@ -114,11 +109,8 @@ auto Watch(Operand operand)
     auto result = ROUTINE(operand);
     asm volatile("" : "+r"(result));
     const uint32_t after = board::Ticks();
-    if (watching)
-    {
-        Add(KIND, board::Instructions(before, after) - board::EmptyPair(),
-            IsRepeated({reinterpret_cast<const void*>(ROUTINE), {Bits(operand), 0}}));
-    }
+    Add(KIND, board::Instructions(before, after) - board::EmptyPair(),
+        {reinterpret_cast<const void*>(ROUTINE), {Bits(operand), 0}});
     return result;
 }
 

@@ -15,8 +15,6 @@ struct Cost
 {
     uint32_t functions;  // of the maths library, divisions and conversions
     uint32_t arithmetic; // additions, multiplications and comparisons
-    uint32_t service;    // the instrument's answers, memory that is set, copied or allocated
-    uint32_t repeated;   // of these, what was left out because it had been computed before
 };
 
 // The costs are those of the calls between Begin and End.

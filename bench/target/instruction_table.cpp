@@ -72,8 +72,9 @@ void Print(const char* name, const Counts& counts)
 // True when every call did what it is there for.
 bool Measure(const target::Trial& trial)
 {
-    // An adjustment makes too many operations to compare each with all others.
-    target::floor::CountRepetitions(std::strstr(trial.name, "QSTNMultiResect") == nullptr);
+    // More than three targets make too many operations to compare each with all others.
+    target::floor::CountRepetitions(std::strstr(trial.name, "QSTNMultiResect") == nullptr ||
+                                    std::strcmp(trial.name, "QSTNMultiResect/3") == 0);
     Counts counts;
     Meter meter;
     Survey survey(SEED);
