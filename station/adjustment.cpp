@@ -11,7 +11,6 @@
 #include "core/angle.h"
 #include "core/real_bits.h"
 #include "core/soft_arithmetic.h"
-#include "station/approximation.h"
 #include "station/plan_rows.h"
 
 namespace qstdlib {
@@ -39,6 +38,7 @@ struct Scratch
     int32_t unknownCount;
     bool plan;
     int32_t weightBand; // only the two rows of a spatial distance are correlated
+    OrientingSight sight;
 };
 
 void Release(const Scratch& s)
@@ -280,7 +280,8 @@ int32_t Iterate(int32_t mode, int16_t count, const ResectWorkRecord* work, const
     int32_t iteration = 1;
     while (iteration <= limit)
     {
-        BuildObservationEquations(mode, count, work, s.unknowns, s.observations, s.design, s.misclosures);
+        BuildObservationEquations(mode, count, work, s.unknowns, s.observations, s.design, s.misclosures,
+                                  iteration == 1 ? &s.sight : nullptr);
         int32_t result = InvertNormalEquations(s);
         if (result == 0)
         {
@@ -333,7 +334,8 @@ int32_t Prepare(int32_t* mode, int16_t count, const ResectWorkRecord* work, cons
     s.weightBand = s.plan ? 0 : 1;
     if (result == 0)
     {
-        result = ApproximateStation(*mode, count, work, distances, &s.unknowns, &s.unknownCount, s.rows, limit);
+        result =
+            ApproximateStation(*mode, count, work, distances, &s.unknowns, &s.unknownCount, s.rows, limit, &s.sight);
     }
     if (result == 0 && !AllocateEquations(s))
     {
@@ -409,7 +411,8 @@ int32_t BuildObservationVector(int32_t* mode, int16_t count, const ResectWorkRec
 }
 
 void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkRecord* work, const double* unknowns,
-                               const double* observations, Matrix design, double* misclosures)
+                               const double* observations, Matrix design, double* misclosures,
+                               const OrientingSight* sight)
 {
     const bool spatial = mode == ADJUST_MODE_SPATIAL;
     const int32_t unknownCount = spatial ? 4 : 3;
@@ -434,7 +437,9 @@ void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkReco
         {
             const Divisor divisor(squaredDistance);
             setRow(divisor.Into(-dE), divisor.Into(dN), 0.0, 1.0);
-            misclosures[k] = WrapOnce((orientation + observations[k]) - std::atan2(dE, dN));
+            const bool isKnown = sight != nullptr && sight->target == &record;
+            const double azimuth = isKnown ? sight->azimuth : std::atan2(dE, dN);
+            misclosures[k] = WrapOnce((orientation + observations[k]) - azimuth);
             ++k;
         }
         if (!HasUsableDistance(mode, record))

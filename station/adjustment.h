@@ -2,6 +2,7 @@
 #ifndef QSTDLIB_STATION_ADJUSTMENT_H
 #define QSTDLIB_STATION_ADJUSTMENT_H
 
+#include "station/approximation.h"
 #include "station/matrix.h"
 #include "station/resect_work.h"
 
@@ -36,9 +37,11 @@ int32_t BuildObservationVector(int32_t* mode, int16_t count, const ResectWorkRec
                                AdjustmentPrecision precision, double** observations, Matrix* weights, int32_t* rows,
                                int32_t* distances);
 
-// Fills the design matrix and the misclosures at the current unknowns.
+// Fills the design matrix and the misclosures at the current unknowns. At the approximate ones `sight` spares the arc
+// tangent of its target; at others it must be null.
 void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkRecord* work, const double* unknowns,
-                               const double* observations, Matrix design, double* misclosures);
+                               const double* observations, Matrix design, double* misclosures,
+                               const OrientingSight* sight = nullptr);
 
 // Writes the residuals, adjusted less observed, into the records.
 void StoreResiduals(int32_t mode, int16_t count, ResectWorkRecord* work, const double* residuals);

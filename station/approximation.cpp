@@ -18,6 +18,7 @@ struct Approximation
     double easting;
     double height;
     double orientation;
+    OrientingSight sight;
 };
 
 struct Centre
@@ -178,10 +179,12 @@ bool CircleCentre(const ResectWorkRecord& a, const ResectWorkRecord& b, Centre& 
     return true;
 }
 
-// Azimuth of the circle's zero, not reduced.
-double OrientationFrom(const ResectWorkRecord& target, const Approximation& station)
+// Sets the azimuth of the circle's zero, not reduced.
+void OrientBy(const ResectWorkRecord& target, Approximation& station)
 {
-    return std::atan2(target.easting - station.easting, target.northing - station.northing) - target.direction;
+    const double azimuth = std::atan2(target.easting - station.easting, target.northing - station.northing);
+    station.orientation = azimuth - target.direction;
+    station.sight = {&target, azimuth};
 }
 
 double HeightFrom(const ResectWorkRecord& target)
@@ -219,7 +222,7 @@ int32_t FromThreeDirections(int32_t mode, int16_t count, const ResectWorkRecord*
     }
     station.northing = p[1]->northing + dE * g;
     station.easting = p[1]->easting - dN * g;
-    station.orientation = OrientationFrom(*p[0], station);
+    OrientBy(*p[0], station);
     if (mode == ADJUST_MODE_SPATIAL)
     {
         const ResectWorkRecord* measured = nullptr;
@@ -258,7 +261,7 @@ int32_t FromTwoDistances(int32_t mode, int16_t count, const ResectWorkRecord* wo
     const double ks = divisor.Into(dy * dN - dE * dx);
     station.northing = p[0]->northing - x1 * kc - y1 * ks;
     station.easting = x1 * ks + p[0]->easting - y1 * kc;
-    station.orientation = OrientationFrom(*p[0], station);
+    OrientBy(*p[0], station);
     if (mode == ADJUST_MODE_SPATIAL)
     {
         station.height = (HeightFrom(*p[0]) + HeightFrom(*p[1])) / 2.0;
@@ -290,7 +293,7 @@ int32_t SelectTargets(int32_t mode, int32_t how, int16_t count, const ResectWork
 
 int32_t ApproximateStation(int32_t mode, int16_t count, const ResectWorkRecord* work, int32_t distances,
                            double** unknowns, int32_t* unknownCount, [[maybe_unused]] int32_t rows,
-                           int32_t* iterationLimit)
+                           int32_t* iterationLimit, OrientingSight* sight)
 {
     *iterationLimit = ITERATION_LIMIT;
     const auto approximate = distances < 2 ? FromThreeDirections : FromTwoDistances;
@@ -319,6 +322,10 @@ int32_t ApproximateStation(int32_t mode, int16_t count, const ResectWorkRecord* 
     }
     x[*unknownCount] = station.orientation;
     *unknowns = x;
+    if (sight != nullptr)
+    {
+        *sight = station.sight;
+    }
     return 0;
 }
 

@@ -1,7 +1,6 @@
 #include "station/matrix.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
@@ -39,18 +38,7 @@ double* AllocBlock(size_t rows, size_t columns)
     return AllocBehindSpare<double>(rows * columns);
 }
 
-// Additions are calls on the target. Where many have one of their operands for a result, they are not made.
-
-// The sum of what began as 0.0 and a term. Such a sum is never -0.0.
-double Plus(double sum, double term)
-{
-    if (IsZero(term))
-    {
-        return sum;
-    }
-    return IsZero(sum) ? term : sum + term;
-}
-
+// Subtractions are calls on the target, and many here have the first operand for their result.
 double Minus(double a, double b)
 {
     return IsZero(b) && !IsNegative(b) ? a : a - b;
@@ -87,6 +75,20 @@ void AddMultiple(double* target, double factor, const double* row, int32_t first
             target[j] += factor * row[j];
         }
     }
+}
+
+// The sum of the products of two rows' elements, those with a factor of zero left out.
+double SumOfNonZero(const double* a, const double* b, int32_t length)
+{
+    double sum = 0.0;
+    for (int32_t k = 1; k <= length; ++k)
+    {
+        if (!IsZero(a[k]) && !IsZero(b[k]))
+        {
+            sum += a[k] * b[k];
+        }
+    }
+    return sum;
 }
 
 // Reciprocal of each row's largest magnitude; false when a row has none above zero.
@@ -130,14 +132,14 @@ int32_t EliminateColumn(Matrix a, int32_t order, int32_t j, const double* scale)
     {
         a[i][j] = ReducedElement(a, i, j, i - 1);
     }
-    double greatest = 0.0;
+    uint64_t greatest = 0;
     int32_t pivotRow = j;
     for (int32_t i = j; i <= order; ++i)
     {
         const double sum = ReducedElement(a, i, j, j - 1);
         a[i][j] = sum;
-        const double magnitude = scale[i] * std::fabs(sum);
-        if (magnitude >= greatest)
+        const uint64_t magnitude = MagnitudeBits(scale[i] * sum);
+        if (magnitude >= greatest && magnitude <= INFINITY_BITS)
         {
             greatest = magnitude;
             pivotRow = i;
@@ -156,36 +158,38 @@ void SwapRows(Matrix a, int32_t order, int32_t first, int32_t second)
     }
 }
 
+// A number less the products of the elements from `first` to `last` of two rows.
+double LessProducts(double sum, const double* a, const double* b, int32_t first, int32_t last)
+{
+    for (int32_t j = first; j <= last; ++j)
+    {
+        sum -= a[j] * b[j];
+    }
+    return sum;
+}
+
 // Solves for one right-hand side in place. The forward sums begin at the first element that is not zero.
 void Substitute(Matrix lu, double* b, int32_t order, const Pivot* pivots)
 {
-    int32_t firstNonZero = 0;
+    int32_t first = order;
     for (int32_t i = 1; i <= order; ++i)
     {
         const int32_t exchanged = pivots[i].row;
-        double sum = b[exchanged];
+        const double sum = b[exchanged];
         b[exchanged] = b[i];
-        if (firstNonZero != 0)
+        b[i] = sum;
+        if (i > first)
         {
-            for (int32_t j = firstNonZero; j < i; ++j)
-            {
-                sum -= lu[i][j] * b[j];
-            }
+            b[i] = LessProducts(sum, lu[i], b, first, i - 1);
         }
         else if (!IsZero(sum))
         {
-            firstNonZero = i;
+            first = i;
         }
-        b[i] = sum;
     }
     for (int32_t i = order; i >= 1; --i)
     {
-        double sum = b[i];
-        for (int32_t j = i + 1; j <= order; ++j)
-        {
-            sum -= lu[i][j] * b[j];
-        }
-        b[i] = pivots[i].divisor.Into(sum);
+        b[i] = pivots[i].divisor.Into(LessProducts(b[i], lu[i], b, i + 1, order));
     }
 }
 
@@ -194,11 +198,12 @@ struct System
 {
     Matrix matrix;
     Matrix factors;
+    Matrix products; // of the matrix's elements with a solution's
     Pivot* pivots;
     int32_t order;
 };
 
-// Rows of the refinement's scratch.
+// Rows of the refinement's scratch. The solutions of all right-hand sides follow, then the factors and the products.
 enum WorkRow : int32_t
 {
     RIGHT_SIDE = 1,
@@ -234,6 +239,42 @@ void MakeRoomForSolution(Matrix work)
     work[SOLUTION] = freeRow;
 }
 
+// Forms the products with a solution anew where that differs from the one before; everywhere when there is none before.
+void UpdateProducts(const System& system, const double* solution, const double* before)
+{
+    for (int32_t k = 1; k <= system.order; ++k)
+    {
+        if (before == nullptr || BitsOf(solution[k]) != BitsOf(before[k]))
+        {
+            for (int32_t i = 1; i <= system.order; ++i)
+            {
+                system.products[i][k] = system.matrix[i][k] * solution[k];
+            }
+        }
+    }
+}
+
+// The residual: the product of matrix and solution less the right-hand side. The toolkit leaves out terms with a factor
+// of zero. Such a term is mostly zero, and adding it changes nothing but the sign of a sum that is zero: only where
+// something is not finite do the factors have to be looked at.
+void FormResidual(const System& system, const double* solution, const double* rightSide, double* difference)
+{
+    for (int32_t i = 1; i <= system.order; ++i)
+    {
+        const double* const products = system.products[i];
+        double sum = products[1];
+        for (int32_t k = 2; k <= system.order; ++k)
+        {
+            sum += products[k];
+        }
+        if (!IsFinite(sum))
+        {
+            sum = SumOfNonZero(system.matrix[i], solution, system.order);
+        }
+        difference[i] = Minus(IsZero(sum) ? 0.0 : sum, rightSide[i]);
+    }
+}
+
 // Solves for the right-hand side in the scratch, with so many passes of refinement. Returns in which of them the
 // correction was negligible: bit 1 for the first.
 //
@@ -251,8 +292,8 @@ uint32_t Refine(const System& system, int32_t passes, Matrix work)
     int32_t pass = 1;
     for (; pass <= passes && period == 0; ++pass)
     {
-        MultiplyByTranspose(solution, system.matrix, correction, 1, order, order);
-        SubtractRow(work[CORRECTION], work[RIGHT_SIDE], work[CORRECTION], order);
+        UpdateProducts(system, work[SOLUTION], pass == 1 ? nullptr : work[BEFORE]);
+        FormResidual(system, work[SOLUTION], work[RIGHT_SIDE], work[CORRECTION]);
         LUBackSubstitute(system.factors, correction, order, 1, system.pivots);
         MakeRoomForSolution(work);
         SubtractRow(work[BEFORE], work[CORRECTION], work[SOLUTION], order);
@@ -402,19 +443,9 @@ void MultiplyByTranspose(Matrix a, Matrix b, Matrix product, int32_t rows, int32
 {
     for (int32_t i = 1; i <= rows; ++i)
     {
-        const double* const left = a[i];
         for (int32_t j = 1; j <= columns; ++j)
         {
-            const double* const right = b[j];
-            double sum = 0.0;
-            for (int32_t k = 1; k <= inner; ++k)
-            {
-                if (!IsZero(left[k]) && !IsZero(right[k]))
-                {
-                    sum = Plus(sum, left[k] * right[k]);
-                }
-            }
-            product[i][j] = sum;
+            product[i][j] = SumOfNonZero(a[i], b[j], inner);
         }
     }
 }
@@ -503,18 +534,18 @@ int32_t IsNegligible(Matrix m, int32_t rows, int32_t columns)
 
 int32_t SolveLinearSystem(Matrix n, Matrix b, int32_t order, int32_t columns)
 {
-    const Matrix factors = AllocMatrix(1, order, 1, order);
-    const Matrix work = factors != nullptr ? AllocMatrix(1, FIRST_RESULT + columns - 1, 1, order) : nullptr;
+    const Matrix work = AllocMatrix(1, FIRST_RESULT - 1 + columns + 2 * order, 1, order);
     Pivot* const pivots = work != nullptr ? AllocBehindSpare<Pivot>(static_cast<size_t>(order)) : nullptr;
 
     int32_t result = ADJUST_NO_MEMORY;
     if (pivots != nullptr)
     {
-        result = SolveRefined(n, b, columns, {n, factors, pivots, order}, work);
+        const int32_t firstFactors = FIRST_RESULT + columns;
+        const System system = {n, FromRow(work, firstFactors), FromRow(work, firstFactors + order), pivots, order};
+        result = SolveRefined(n, b, columns, system, work);
     }
     std::free(pivots);
     FreeMatrix(work, 1, 1);
-    FreeMatrix(factors, 1, 1);
     return result;
 }
 

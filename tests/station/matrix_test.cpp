@@ -1,5 +1,6 @@
 #include "station/matrix.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -67,12 +68,16 @@ std::vector<Pivot> PivotsOf(TestMatrix& lu, const std::vector<int32_t>& rows)
     return pivots;
 }
 
+// NaN is NaN: the sign that an operation gives it is not defined.
 void ExpectSameElements(const std::vector<double>& expected, const std::vector<double>& actual)
 {
     ASSERT_EQ(expected.size(), actual.size());
     for (size_t i = 0; i < expected.size(); ++i)
     {
-        EXPECT_TRUE(SameBits(expected[i], actual[i])) << i;
+        if (!std::isnan(expected[i]) || !std::isnan(actual[i]))
+        {
+            EXPECT_TRUE(SameBits(expected[i], actual[i])) << i;
+        }
     }
 }
 
@@ -798,6 +803,33 @@ TEST(SolveLinearSystem, AgreesWithAllItsPassesForAnyRightHandSides)
     }
 }
 
+// Zeros beside infinity and NaN: what the sums leave out decides what becomes of the solution.
+TEST(SolveLinearSystem, AgreesWithAllItsPassesWhereNumbersAreNotFinite)
+{
+    const double values[] = {0.0, -0.0, 0.0, -0.0, 1.0, -2.0, 1e308, 0.0, -0.0, 0.0, INFINITE, NOT_A_NUMBER};
+    std::mt19937 random(20261121);
+    int32_t withFiniteElements = 0;
+    for (int32_t run = 0; run < 20000 && !testing::Test::HasFailure(); ++run)
+    {
+        const size_t order = 2 + random() % 2;
+        std::vector<double> n;
+        std::vector<double> b;
+        for (size_t i = 0; i < order * order; ++i)
+        {
+            const bool onDiagonal = i % (order + 1) == 0; // no row without magnitude
+            n.push_back(onDiagonal ? (random() % 2 == 0 ? 4.0 : -4.0) : values[random() % 12]);
+        }
+        for (size_t i = 0; i < order; ++i)
+        {
+            b.push_back(values[random() % 12]);
+        }
+        const ReferenceSolution solution = ExpectReferenceSolution(order, n, 1, b);
+        const std::vector<double>& x = solution.passes.back();
+        withFiniteElements += std::any_of(x.begin(), x.end(), [](double element) { return std::isfinite(element); });
+    }
+    EXPECT_GT(withFiniteElements, 2000);
+}
+
 TEST(SolveLinearSystem, ReportsARowOfZerosAndKeepsBothSides)
 {
     TestMatrix n(2, 2, {1, 2, 0, 0});
@@ -809,11 +841,11 @@ TEST(SolveLinearSystem, ReportsARowOfZerosAndKeepsBothSides)
     EXPECT_THAT(watch.Outstanding(), ElementsAre(3 * sizeof(double))) << "the scales of the decomposition";
 }
 
-// Factors and scratch (a table and a data block each), pivots, scales: six allocations, any of which may fail. A data
-// block that fails leaves its row table.
+// Scratch (a table and a data block), pivots, scales: four allocations, any of which may fail. A data block that fails
+// leaves its row table.
 TEST(SolveLinearSystem, AnswersTwoWhereverMemoryFails)
 {
-    for (size_t failing = 1; failing <= 6; ++failing)
+    for (size_t failing = 1; failing <= 4; ++failing)
     {
         TestMatrix n(2, 2, {1, 2, 3, 4});
         TestMatrix b(2, 1, {5, 6});
@@ -821,14 +853,14 @@ TEST(SolveLinearSystem, AnswersTwoWhereverMemoryFails)
         EXPECT_EQ(2, SolveLinearSystem(n, b, 2, 1)) << failing;
         EXPECT_THAT(n.Elements(), ElementsAre(1, 2, 3, 4));
         EXPECT_THAT(b.Elements(), ElementsAre(5, 6));
-        const bool isDataBlock = failing == 2 || failing == 4;
+        const bool isDataBlock = failing == 2;
         EXPECT_EQ(isDataBlock ? 1U : 0U, watch.Outstanding().size()) << failing;
     }
     TestMatrix n(2, 2, {1, 2, 3, 4});
     TestMatrix b(2, 1, {5, 6});
-    const AllocationWatch watch(7);
+    const AllocationWatch watch(5);
     EXPECT_EQ(0, SolveLinearSystem(n, b, 2, 1));
-    EXPECT_EQ(6U, watch.Sizes().size());
+    EXPECT_EQ(4U, watch.Sizes().size());
 }
 
 // (2 1; 1 1) and (1 -1; -1 2).
@@ -839,7 +871,7 @@ TEST(Invert, FormsTheInverse)
     const AllocationWatch watch;
     ASSERT_EQ(0, Invert(n, inverse, 2));
     EXPECT_THAT(inverse.Elements(), ElementsAre(1, -1, -1, 2));
-    EXPECT_EQ(6U, watch.Sizes().size()) << "those of the solution, no others";
+    EXPECT_EQ(4U, watch.Sizes().size()) << "those of the solution, no others";
     EXPECT_THAT(watch.Outstanding(), IsEmpty());
 }
 
@@ -887,7 +919,7 @@ TEST(Invert, FailsAsTheSolutionDoes)
         EXPECT_THAT(watch.Outstanding(), ElementsAre(3 * sizeof(double))) << "the scales of the decomposition";
     }
     EXPECT_THAT(zeroRow.Elements(), ElementsAre(1, 2, 0, 0));
-    for (size_t failing = 1; failing <= 6; ++failing)
+    for (size_t failing = 1; failing <= 4; ++failing)
     {
         TestMatrix n(2, 2, {2, 1, 1, 1});
         const AllocationWatch watch(failing);
@@ -954,17 +986,17 @@ TEST(InvertNormalMatrix, ReportsAnUnknownThatNothingDetermines)
     EXPECT_THAT(watch.Outstanding(), ElementsAre(3 * sizeof(double))) << "the scales of the decomposition";
 }
 
-// Two matrices of its own before the six allocations of the solution.
+// Two matrices of its own before the four allocations of the solution.
 TEST(InvertNormalMatrix, AnswersTwoWhereverMemoryFails)
 {
-    for (size_t failing = 1; failing <= 10; ++failing)
+    for (size_t failing = 1; failing <= 8; ++failing)
     {
         TestMatrix design(3, 2, {1, 0, 0, 1, 1, 1});
         TestMatrix weights(3, 3, {2, 1, 0, 1, 3, 0, 0, 0, 1});
         TestMatrix cofactors(2, 2, 0.0);
         const AllocationWatch watch(failing);
         EXPECT_EQ(2, InvertNormalMatrix(design, weights, cofactors, 3, 2)) << failing;
-        const bool isDataBlock = failing % 2 == 0 && failing <= 8;
+        const bool isDataBlock = failing % 2 == 0 && failing <= 6;
         EXPECT_EQ(isDataBlock ? 1U : 0U, watch.Outstanding().size()) << failing;
     }
 }
