@@ -11,7 +11,7 @@ constexpr int SIGNIFICAND_BITS = 52; // stored ones
 constexpr uint64_t LEADING_BIT = UINT64_C(1) << SIGNIFICAND_BITS;
 constexpr uint32_t EXPONENT_MASK = 0x7FF;
 constexpr uint32_t EXPONENT_BIAS = 1023;
-constexpr uint32_t OUT_OF_RANGE = 2 * EXPONENT_MASK; // an exponent, whatever is added to it
+constexpr uint32_t OUT_OF_RANGE = 2 * EXPONENT_MASK; // a change that leads out of range from any exponent
 
 uint32_t ExponentOf(uint64_t bits)
 {

@@ -23,7 +23,7 @@ private:
     double value;
     uint64_t significand;    // with its leading bit, as an integer
     uint64_t reciprocal;     // 2^127 / (significand * 2^11), not above it and within 2^-56 of itself
-    uint32_t exponentChange; // from the dividend's to the quotient's; none is in range if the divisor is not normal
+    uint32_t exponentChange; // from the dividend's to the quotient's; out of range for a divisor that is not normal
 };
 
 // The same where division is an instruction.

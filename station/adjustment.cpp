@@ -1,7 +1,7 @@
 // Letters, as usual for the adjustment of observation equations v = A dx + l: observations L with weights P, unknowns
-// X, design matrix A, misclosures l, corrections dx, residuals v, normal matrix N, cofactors Q. All are indexed from 1. Rows follow the
-// records; within a record its direction comes first, then its distance or, in a spatial adjustment, its horizontal
-// distance and vertical difference.
+// X, design matrix A, misclosures l, corrections dx, residuals v, normal matrix N, cofactors Q. All are indexed from 1.
+// Rows follow the records; within a record its direction comes first, then its distance or, in a spatial adjustment,
+// its horizontal distance and vertical difference.
 #include "station/adjustment.h"
 
 #include <algorithm>
@@ -11,6 +11,7 @@
 #include "core/angle.h"
 #include "core/real_bits.h"
 #include "core/soft_arithmetic.h"
+#include "station/approximation.h"
 #include "station/plan_rows.h"
 
 namespace qstdlib {

@@ -2,11 +2,12 @@
 #ifndef QSTDLIB_STATION_ADJUSTMENT_H
 #define QSTDLIB_STATION_ADJUSTMENT_H
 
-#include "station/approximation.h"
 #include "station/matrix.h"
 #include "station/resect_work.h"
 
 namespace qstdlib {
+
+struct OrientingSight;
 
 // What the instrument measures to, before any adjustment.
 struct AdjustmentPrecision

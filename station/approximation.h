@@ -21,8 +21,8 @@ struct OrientingSight
 
 // Allocates and fills the unknowns, indexed from 1, from three directions or, given at least two distance rows, from
 // two distances. ADJUST_NO_MEMORY or ADJUST_DEGENERATE leave nothing allocated. Any mode but plan and spatial returns
-// 0 without allocating. `iterationLimit` is set in any case; `rows` carries nothing. `sight`, when given, is written with
-// the unknowns.
+// 0 without allocating. `iterationLimit` is set in any case; `rows` carries nothing. `sight`, when given, is written
+// together with the unknowns.
 int32_t ApproximateStation(int32_t mode, int16_t count, const ResectWorkRecord* work, int32_t distances,
                            double** unknowns, int32_t* unknownCount, int32_t rows, int32_t* iterationLimit,
                            OrientingSight* sight = nullptr);

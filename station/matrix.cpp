@@ -52,7 +52,7 @@ void ClearRow(double* row, int32_t columns)
     }
 }
 
-inline void SubtractRow(const double* a, const double* b, double* difference, int32_t columns)
+void SubtractRow(const double* a, const double* b, double* difference, int32_t columns)
 {
     for (int32_t j = 1; j <= columns; ++j)
     {
@@ -255,8 +255,8 @@ void UpdateProducts(const System& system, const double* solution, const double* 
 }
 
 // The residual: the product of matrix and solution less the right-hand side. The toolkit leaves out terms with a factor
-// of zero. Such a term is mostly zero, and adding it changes nothing but the sign of a sum that is zero: only where
-// something is not finite do the factors have to be looked at.
+// of zero. Such a term is zero unless the other factor is not finite, and adding it changes nothing but the sign of a
+// sum that is zero: only a sum that is not finite has to be formed by that rule.
 void FormResidual(const System& system, const double* solution, const double* rightSide, double* difference)
 {
     for (int32_t i = 1; i <= system.order; ++i)
