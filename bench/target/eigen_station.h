@@ -8,8 +8,9 @@
 
 namespace target {
 
-// The station from sights with directions and distances, by the model and the stopping rule of QSTNMultiResect: Gauss-Newton
-// with diagonal weights, normal equations of three unknowns solved by LDLT. False when it does not converge.
+// The station from sights with directions and distances, by the model and the stopping rule of QSTNMultiResect:
+// Gauss-Newton with diagonal weights, normal equations of three unknowns solved by LDLT. False when it does not
+// converge.
 bool AdjustByEigen(const std::vector<ResectObservation>& sights, ResectStation* station,
                    std::vector<ResectResidual>* residuals);
 

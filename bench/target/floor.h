@@ -1,9 +1,9 @@
 // The floor of a call: what its arithmetic costs and nothing else.
 //
-// A second copy of the library is linked in whose outgoing calls, to the maths library and to the compiler's routines for
-// floating point, are renamed to traced_…: each makes the same call and measures it. The floor is the sum over the
-// different operations of one call of the library, an operation being a routine with its operands: what is computed twice
-// from the same operands is needed once.
+// A second copy of the library is linked in whose outgoing calls, to the maths library and to the compiler's routines
+// for floating point, are renamed to traced_…: each makes the same call and measures it. The floor is the sum over the
+// different operations of one call of the library, an operation being a routine with its operands: what is computed
+// twice from the same operands is needed once.
 #ifndef QSTDLIB_BENCH_TARGET_FLOOR_H
 #define QSTDLIB_BENCH_TARGET_FLOOR_H
 

@@ -1,6 +1,6 @@
-// Instructions per call of every exported function on the target, beside what its arithmetic costs, and of a resection by
-// Eigen. One line a trial: name, number of inputs, minimum, median and maximum of the instructions, median of the maths
-// functions, divisions and conversions among them, median of the floor, median of the ratio to the floor.
+// Instructions per call of every exported function on the target, beside what its arithmetic costs, and of a resection
+// by Eigen. One line a trial: name, number of inputs, minimum, median and maximum of the instructions, median of the
+// maths functions, divisions and conversions among them, median of the floor, median of the ratio to the floor.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -94,7 +94,8 @@ bool Measure(const target::Trial& trial)
     return meter.Failures() == 0;
 }
 
-// On the same sights as the trial of QSTNMultiResect with so many targets; its results must be the same but for rounding.
+// On the same sights as the trial of QSTNMultiResect with so many targets; its results must be the same but for
+// rounding.
 bool MeasureEigen(const char* name, int16_t targets)
 {
     Counts counts;

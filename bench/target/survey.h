@@ -1,4 +1,5 @@
-// Deterministic inputs as a surveyor's day has them: a site of some hundred metres, readings to the second, millimetres.
+// Deterministic inputs as a surveyor's day has them: a site of some hundred metres, readings to the second,
+// millimetres.
 #ifndef QSTDLIB_BENCH_TARGET_SURVEY_H
 #define QSTDLIB_BENCH_TARGET_SURVEY_H
 

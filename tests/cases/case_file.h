@@ -25,7 +25,8 @@ std::vector<std::string> IdsOfKind(const std::string& kind);
 // The id as a test's name: letters, digits and underscores.
 std::string TestName(const testing::TestParamInfo<std::string>& info);
 
-// What a case does not give is filled in as the file's notes say: no height clears the flag, no zenith is a level sight.
+// What a case does not give is filled in as the file's notes say: no height clears the flag, no zenith is a level
+// sight.
 bool HasHeight(const Json& point);
 PointRecord Point(const Json& point);
 AngleUnit Angle(const Json& angle);

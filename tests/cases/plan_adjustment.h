@@ -1,5 +1,5 @@
-// A second road to an adjusted station: Gauss-Newton on the normal equations of directions and distances, started from a
-// position that is nearly right. It shares nothing with the library.
+// A second road to an adjusted station: Gauss-Newton on the normal equations of directions and distances, started from
+// a position that is nearly right. It shares nothing with the library.
 #ifndef QSTDLIB_TESTS_CASES_PLAN_ADJUSTMENT_H
 #define QSTDLIB_TESTS_CASES_PLAN_ADJUSTMENT_H
 

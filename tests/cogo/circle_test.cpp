@@ -94,8 +94,8 @@ TEST(CrossCircle, TellsTheRadiiApart)
 
 TEST(CrossCircle, WorksInAnyDirection)
 {
-    // Centres 10 apart along (0.6, 0.8), the same 3-4-5 triangle twice: a = 5, h = 12 with radii 13. Right of (0.6, 0.8)
-    // is (-0.8, 0.6).
+    // Centres 10 apart along (0.6, 0.8), the same 3-4-5 triangle twice: a = 5, h = 12 with radii 13. Right of
+    // (0.6, 0.8) is (-0.8, 0.6).
     const Pair pair = CrossCircles(PlanPoint(100.0, 200.0), 13.0, PlanPoint(106.0, 208.0), 13.0, 2);
     ExpectNear(PlanPoint(100.0 + 3.0 - 9.6, 200.0 + 4.0 + 7.2), pair.points[0], 1e-12);
     ExpectNear(PlanPoint(100.0 + 3.0 + 9.6, 200.0 + 4.0 - 7.2), pair.points[1], 1e-12);

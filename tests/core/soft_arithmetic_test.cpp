@@ -74,8 +74,8 @@ void ExpectRoot(double value)
     EXPECT_TRUE(Same(std::sqrt(value), SoftSquareRoot(value))) << std::hexfloat << value;
 }
 
-// Numbers from 1 to 2 at the edges of the significand: its ends, what lies next to every power of two in it, and runs of
-// ones and zeros.
+// Numbers from 1 to 2 at the edges of the significand: its ends, what lies next to every power of two in it, and runs
+// of ones and zeros.
 std::vector<double> EdgesFromOneToTwo()
 {
     std::vector<double> edges = {Real(ONE), Real(ONE + LEADING - 1)};

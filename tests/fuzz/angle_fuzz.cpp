@@ -22,7 +22,7 @@ using qstd::ParseReal;
 
 namespace {
 
-/** The last decimal of a printed form in units of 1/16", halved: what printing may change. A reading rounds once more. */
+/** The last decimal of a printed form in units of 1/16", halved: what printing may change. Reading rounds once more. */
 double PrintingError(AngleForm form)
 {
     constexpr double UNITS_PER_DEGREE = 57600.0;

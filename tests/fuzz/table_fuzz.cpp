@@ -1,5 +1,5 @@
-// Tables of any bytes: what is read at once and what is read as a stream agree, and what was read survives being written
-// and read again.
+// Tables of any bytes: what is read at once and what is read as a stream agree, and what was read survives being
+// written and read again.
 #include "input/line_source.h"
 #include "input/table.h"
 #include "input/table_stream.h"

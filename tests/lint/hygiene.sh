@@ -1,5 +1,6 @@
 #!/bin/sh
-# hygiene.sh SOURCE_DIR: no stray blanks, one version number, and a README that shows the examples as they are.
+# hygiene.sh SOURCE_DIR: no stray blanks, no line of more than 120 characters, one version number, and a README that
+# shows the examples as they are.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 cd "$1" || exit 2
@@ -18,6 +19,15 @@ check_blanks()
     "$here/source_files.sh" . '*.h' '*.c' '*.cpp' '*.cmake' '*.in' '*.sh' '*.md' '*.json' 'CMakeLists.txt' '.clang-*' \
         '.editorconfig' '.gitignore' 'run' 'test' '*/CMakeLists.txt' | grep -v -E '(^|/)(town|data|expected)/' |
         xargs grep -n -H -E "$tab|[[:blank:]]\$|$(printf '\r')\$" >&2 && complain "tabs or blanks at the end of a line"
+}
+
+# The formatter leaves comments as they are. Bytes that continue a character do not count.
+check_width()
+{
+    "$here/source_files.sh" . '*.h' '*.c' '*.cpp' | while read -r file; do
+        LC_ALL=C tr -d '\200-\277' <"$file" | LC_ALL=C awk -v file="$file" \
+            'length > 120 { print file ":" NR ": " length " characters" }'
+    done | grep . >&2 && complain "lines of more than 120 characters"
 }
 
 # The topmost section of the changelog that bears a number, as "1.2.3" or "Unreleased (1.2.3)", is about this version.
@@ -40,6 +50,7 @@ check_example()
 }
 
 check_blanks
+check_width
 check_version
 check_example examples/set_up_station.c
 check_example examples/set_up_station.cpp

@@ -1,5 +1,5 @@
-// Corners, edges and columns are found from what a simulated instrument reads to them, and come back with the sight that
-// it would make to them.
+// Corners, edges and columns are found from what a simulated instrument reads to them, and come back with the sight
+// that it would make to them.
 #include <cmath>
 
 #include <gtest/gtest.h>

@@ -95,8 +95,8 @@ PointRecord AtTurn(AngleUnit turn, double distance)
     return PlanPoint(centre.northing + distance * std::cos(direction), centre.easting + distance * std::sin(direction));
 }
 
-// A place relative to a tangent at a turn from the start radial: on the circle at `turn`, `ahead` along the direction of
-// travel, `right` to its right.
+// A place relative to a tangent at a turn from the start radial: on the circle at `turn`, `ahead` along the direction
+// of travel, `right` to its right.
 PointRecord FromTangent(double turn, double ahead, double right)
 {
     const bool isRight = ReferenceArc().radius > 0.0;

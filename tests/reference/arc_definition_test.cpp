@@ -250,8 +250,8 @@ TEST(ArcByCoord, MakesAHalfCircleOfOppositeTangents)
 
 TEST(ArcByCoord, MeetsTheNormalByItsClampedSlope)
 {
-    // At northing 0 the normal's step north, the cosine of a quarter circle, stays: its slope is clamped to 2^27 and the
-    // far end lies 200 / 2^27 north of where it should.
+    // At northing 0 the normal's step north, the cosine of a quarter circle, stays: its slope is clamped to 2^27 and
+    // the far end lies 200 / 2^27 north of where it should.
     ASSERT_EQ(0, SetByCoord(ORIGIN, PlanPoint(0.0, 200.0), 0, HALF));
     ExpectNear(PlanPoint(100.0 * 0x1p-27, 100.0), ReferenceArc().centre, 1e-14);
 }

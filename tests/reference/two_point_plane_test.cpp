@@ -129,8 +129,8 @@ TEST(TwoPointPlane, TellsALevelSightFromOneAUnitOff)
 
 TEST(TwoPointPlane, MeasuresFromItsFirstPoint)
 {
-    // From (3, 4, 100) along (0.6, 0.8); the station 5 to its right at (-1, 7). The point 20 along is (15, 20): from the
-    // station 16 north, 13 east.
+    // From (3, 4, 100) along (0.6, 0.8); the station 5 to its right at (-1, 7). The point 20 along is (15, 20): from
+    // the station 16 north, 13 east.
     ASSERT_EQ(0, SetPlane(FullPoint(3.0, 4.0, 100.0), FullPoint(6.0, 8.0, 0.0)));
     const PointRecord station = FullPoint(-1.0, 7.0, 103.0);
     const auto azimuth = static_cast<AngleUnit>(std::lround(support::RadiansToUnits(std::atan2(13.0, 16.0))));

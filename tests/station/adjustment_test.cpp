@@ -674,10 +674,10 @@ TEST(AdjustResection, StopsAtOnceOnPerfectData)
     EXPECT_THAT(watch.Outstanding(), IsEmpty());
 }
 
-// An infinite distance weighs nothing, and its misclosure of infinity makes every correction NaN: zero times infinity. The
-// equations of the second iteration are NaN, so that the decomposition finds a row without any magnitude and leaves its
-// scales. Allocations: thirteen; four of the first inversion and four of the products, which the corrections need for not
-// being finite; four of the products and four of the solution in the second inversion.
+// An infinite distance weighs nothing, and its misclosure of infinity makes every correction NaN: zero times infinity.
+// The equations of the second iteration are NaN, so that the decomposition finds a row without any magnitude and leaves
+// its scales. Allocations: thirteen; four of the first inversion and four of the products, which the corrections need
+// for not being finite; four of the products and four of the solution in the second inversion.
 TEST(AdjustResection, ReportsAnInfiniteDistance)
 {
     WorkRecords work = FourSights();

@@ -19,8 +19,8 @@ using testing::IsEmpty;
 namespace {
 
 // Allocations by kind: (v)ector, row (t)able, (d)ata of a matrix. The set-up takes L, P, X, A, l, dx, v, Q and N. An
-// iteration in plan inverts the normal matrix only: the scratch of the solution, pivots and scales. In space the inversion
-// has P A and a normal matrix of its own before these, and the corrections two products.
+// iteration in plan inverts the normal matrix only: the scratch of the solution, pivots and scales. In space the
+// inversion has P A and a normal matrix of its own before these, and the corrections two products.
 const std::string SET_UP = "vtdvtdvvvtdtd";
 const std::string PLAN_ITERATION = "tdvv";
 const std::string SPATIAL_ITERATION = "tdtd" + PLAN_ITERATION + "tdtd";

@@ -1,5 +1,5 @@
-// Measures the heap that a multi-point resection takes, and holds it to its formula. The program is linked so that malloc
-// and free of the library come by here.
+// Measures the heap that a multi-point resection takes, and holds it to its formula. The program is linked so that
+// malloc and free of the library come by here.
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -111,8 +111,8 @@ bool Measure(int32_t targets)
 
     const size_t rows = 2 * static_cast<size_t>(targets);
     const size_t kept = KeptBytes(static_cast<size_t>(targets), rows);
-    // While the normal equations are solved: fourteen rows of 3, five of the refinement, three each of solutions, factors
-    // and products; three pivots of 40 bytes; the scales of three rows. With the table and spare elements:
+    // While the normal equations are solved: fourteen rows of 3, five of the refinement, three each of solutions,
+    // factors and products; three pivots of 40 bytes; the scales of three rows. With the table and spare elements:
     // 404 + 160 + 32.
     constexpr size_t BESIDES = 596;
     std::printf("%7ld %6lu %9lu %9lu %9lu\n", static_cast<long>(targets), static_cast<unsigned long>(rows),

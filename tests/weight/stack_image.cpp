@@ -1,5 +1,6 @@
-// Measures the stack that each exported function takes, with all that it calls, on the inputs of the instruction budget;
-// and what each routine takes that the library calls of the C library and of the compiler's. A line each: name, bytes.
+// Measures the stack that each exported function takes, with all that it calls, on the inputs of the instruction
+// budget; and what each routine takes that the library calls of the C library and of the compiler's. A line each: name,
+// bytes.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -18,7 +19,8 @@ uint32_t stackUsed = 0;
 
 namespace target {
 
-// The trials call these right before and after the call that counts; both are jumps, so that they leave the stack alone.
+// The trials call these right before and after the call that counts; both are jumps, so that they leave the stack
+// alone.
 void floor::Begin()
 {
     PaintStack();

@@ -3,8 +3,8 @@
 // Calls every exported function with many deterministic inputs and prints a line each: the number of calls, how many of
 // them succeeded, and a hash of every bit of every result. Two builds of the library agree when they print the same.
 // --full prints each call's results too; --divide makes a slow machine do one Nth of the calls. --plain-math gives the
-// library mathematics functions that are the same everywhere; --shake moves the results of these functions by one unit in
-// the last place, up or down, so that two listings show what their last bit decides. 0 shakes nothing.
+// library mathematics functions that are the same everywhere; --shake moves the results of these functions by one unit
+// in the last place, up or down, so that two listings show what their last bit decides. 0 shakes nothing.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

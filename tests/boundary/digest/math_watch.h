@@ -1,6 +1,6 @@
-// Stands between the library and the mathematics functions that no standard fixes to the last bit: sine, cosine, tangent,
-// arc tangent and hypotenuse. (The square root and the four operations of arithmetic are exact everywhere.) The linker
-// leads their calls here, --wrap=sin and so on; they are counted, and can be given other results.
+// Stands between the library and the mathematics functions that no standard fixes to the last bit: sine, cosine,
+// tangent, arc tangent and hypotenuse. (The square root and the four operations of arithmetic are exact everywhere.)
+// The linker leads their calls here, --wrap=sin and so on; they are counted, and can be given other results.
 #ifndef QSTDLIB_TESTS_BOUNDARY_DIGEST_MATH_WATCH_H
 #define QSTDLIB_TESTS_BOUNDARY_DIGEST_MATH_WATCH_H
 
@@ -14,8 +14,8 @@ enum class Math
     PLAIN,    // plain_math, the same on every platform
 };
 
-// With a seed other than 0, each result is moved by one unit in the last place, up, down or not at all: the seed decides,
-// and the same arguments always give the same result.
+// With a seed other than 0, each result is moved by one unit in the last place, up, down or not at all: the seed
+// decides, and the same arguments always give the same result.
 void ChooseMath(Math math, uint32_t seed);
 
 // What was asked of the functions since ForgetMathUse().

@@ -1,5 +1,5 @@
-// Square root and angle functions from the four operations of arithmetic alone: unlike those of a mathematics library, they
-// give the same bits on every platform, so that all platforms compute from the same inputs.
+// Square root and angle functions from the four operations of arithmetic alone: unlike those of a mathematics library,
+// they give the same bits on every platform, so that all platforms compute from the same inputs.
 #ifndef QSTDLIB_TESTS_BOUNDARY_DIGEST_PLAIN_MATH_H
 #define QSTDLIB_TESTS_BOUNDARY_DIGEST_PLAIN_MATH_H
 

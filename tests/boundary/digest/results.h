@@ -10,8 +10,9 @@ class Results
 {
 public:
     // With `printAll` each call prints a line: name, number of the call, status, then each value: a real number by its
-    // bits, an angle behind an "a", other integers as they are. Behind a bar follow the largest length among the inputs,
-    // the number of calls of mathematics functions, the hash of their results, and the number of sums rounded wrongly.
+    // bits, an angle behind an "a", other integers as they are. Behind a bar follow the largest length among the
+    // inputs, the number of calls of mathematics functions, the hash of their results, and the number of sums rounded
+    // wrongly.
     Results(const char* function, bool printAll) : name(function), full(printAll)
     {
     }

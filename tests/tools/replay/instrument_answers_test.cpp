@@ -91,8 +91,8 @@ TEST_F(InstrumentAnswers, AreForgottenByTheNextConnection)
 
 TEST_F(InstrumentAnswers, CorrectHeightsForCurvatureAndRefraction)
 {
-    // A level sight passes (1 - k) 1000^2 / (2 * 6372000) above its target's level, 0.0681 with k = 0.132 and 0.0628 with
-    // k = 0.20: the axis lies so much below the target.
+    // A level sight passes (1 - k) 1000^2 / (2 * 6372000) above its target's level, 0.0681 with k = 0.132 and 0.0628
+    // with k = 0.20: the axis lies so much below the target.
     EXPECT_NEAR(HeightOverAKilometre(), 100.0, 1e-6);
     Connect(R"({"curvatureRefraction":1})");
     EXPECT_NEAR(HeightOverAKilometre(), 100.0 - 0.0681, 2e-4);

@@ -228,7 +228,7 @@ void LineSource::MoveTo(size_t place)
     nextCr = nextCr < begin ? Find('\r', begin) : nextCr;
 }
 
-/** Reads more, where no end of a line is in the buffer; so all of it stays. False at the end, or when reading failed. */
+/** Reads more, where no end of a line is in the buffer; so all of it stays. False at the end, or if reading failed. */
 bool LineSource::Fill()
 {
     if (descriptor < 0 || !problem.empty())

@@ -99,7 +99,7 @@ void RemovedOnInterruption::InstallHandlers()
     }
 }
 
-/** Calls nothing but what a signal handler may call. The action is the default again, so raising it ends the program. */
+/** Calls only what a signal handler may call. The action is the default again, so raising it ends the program. */
 void RemovedOnInterruption::RemoveAll(int signal)
 {
     for (const RemovedOnInterruption* file = firstWatched; file != nullptr; file = file->next)

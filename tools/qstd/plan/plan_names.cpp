@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t LONGEST_NAME = 40;
 
-/** Letters, digits and a few signs stay, as does all beyond ASCII; the rest means something to a shell or file system. */
+/** Letters, digits, a few signs and all beyond ASCII stay; the rest means something to a shell or file system. */
 std::string SafeName(const std::string& station)
 {
     std::string safe;

@@ -27,8 +27,8 @@ struct Adjustment
 
 /**
  * Adjusts the used sights, again with another sight first where the library's first approximation fails or leads
- * nowhere: that rests on a few sights, which may be degenerate although the set-up as a whole is not. The status is that
- * of the first call.
+ * nowhere: that rests on a few sights, which may be degenerate although the set-up as a whole is not. The status is
+ * that of the first call.
  */
 Adjustment AdjustSights(const std::vector<PreparedSight>& sights, LinearUnit unit);
 

@@ -16,8 +16,8 @@
 namespace qstd {
 
 /**
- * The files that the output options ask for, one a solved station: adds them to `files`, and a line about each, or about
- * a station without one, to `notes`.
+ * The files that the output options ask for, one a solved station: adds them to `files`, and a line about each, or
+ * about a station without one, to `notes`.
  */
 void DrawFiles(const std::vector<StationSolution>& solutions, const OutputOptions& options, const ReportStyle& style,
                std::vector<OutputFile>& files, std::string& notes);

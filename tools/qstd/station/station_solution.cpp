@@ -61,7 +61,7 @@ std::vector<PreparedSight> UsedSights(const std::vector<PreparedSight>& sights)
     return used;
 }
 
-// --- least squares -----------------------------------------------------------------------------------------------------
+// --- least squares ---------------------------------------------------------------------------------------------------
 
 /** The library's own residuals go before computed ones where it reports them. */
 void TakeLibraryResidual(SightResidual& residual, const PreparedSight& sight, const PointRecord& station,
@@ -133,7 +133,7 @@ void SolveByAdjustment(StationSolution& solution, const StationRequest& request)
     });
 }
 
-// --- closed solutions --------------------------------------------------------------------------------------------------
+// --- closed solutions ------------------------------------------------------------------------------------------------
 
 /** A closed solution takes what it needs; the other sights stay to check it. */
 void TakeChosen(StationSolution& solution, const std::vector<size_t>& chosen)

@@ -25,8 +25,8 @@ public:
     void AddWarning(std::string_view file, size_t line, std::string_view text);
 
     /**
-     * The same input, in which there were no errors, is read again: its warnings are not repeated, and an error means that
-     * it has changed.
+     * The same input, in which there were no errors, is read again: its warnings are not repeated, and an error means
+     * that it has changed.
      */
     void BeginSecondReading();
 

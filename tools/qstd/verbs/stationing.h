@@ -16,7 +16,7 @@ struct RoundStation
     std::string label; /**< with no more decimals than the step needs */
 };
 
-/** Multiples of 1, 2 or 5 times a power of ten between two chainages, 5 to 15 of them; none where there is no length. */
+/** Multiples of 1, 2 or 5 times a power of ten between two chainages, 5 to 15 of them; none without a length. */
 std::vector<RoundStation> RoundStations(double from, double to);
 
 } // namespace qstd
