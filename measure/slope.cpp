@@ -44,6 +44,7 @@ int32_t QBRSetSlope(double height1, double distance1, double height2, double dis
         status = QSTD_HEIGHT_UNDETERMINED;
     }
     int16_t isNegativeSide = 0;
+    // Most slopes have no sign bit set, and need no comparison.
     if ((IsNegative(distance1) || IsNegative(distance2)) && (distance1 < 0.0 || distance2 < 0.0))
     {
         if (distance1 > 0.0 || distance2 > 0.0)
