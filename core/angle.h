@@ -4,13 +4,8 @@
 
 #include <cstdint>
 
+#include "core/wraps.h"
 #include "qstdlib/types.h"
-
-#if defined(__clang__)
-#define QSTD_WRAPS __attribute__((no_sanitize("unsigned-integer-overflow", "unsigned-shift-base")))
-#else
-#define QSTD_WRAPS
-#endif
 
 namespace qstdlib {
 

@@ -1,7 +1,7 @@
 #include "core/soft_arithmetic.h"
 
-#include "core/angle.h"
 #include "core/real_bits.h"
+#include "core/wraps.h"
 
 namespace qstdlib {
 
