@@ -147,7 +147,8 @@ QSTD_API int32_t QCogoCalcCrossLine(const LineDef* line1, const LineDef* line2, 
  * @param[out] pair     two records, flags 1 and height 0.0: first the point to the right of the direction from centre 1
  *                      to centre 2, then the one to the left; northing and easting UNDEFINED_REAL without solution.
  *                      Must not hold a centre
- * @retval 2              two points; not numbers for centres so close that the square of their distance vanishes
+ * @retval 2              two points; not numbers for equal radii and centres so close that the square of their distance
+ *                      vanishes
  * @retval 1              the circles touch: both records hold the point. Only an exact touch counts as one
  * @retval 0              no intersection; `pair` untouched for concentric circles
  * @retval QSTD_REJECTED  a radius is not above 0.0, or the circles are identical; `pair` untouched
