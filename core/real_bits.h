@@ -1,5 +1,5 @@
 // Tests of a double by its bits. Without a floating-point unit a comparison of two doubles is a call that costs as much
-// as a multiplication; these cost a few instructions, and give the same answer for every value.
+// as a multiplication; these cost a few instructions, and answer as it does for every value, IsNegative excepted.
 #ifndef QSTDLIB_CORE_REAL_BITS_H
 #define QSTDLIB_CORE_REAL_BITS_H
 
@@ -37,7 +37,7 @@ inline bool IsZero(double value)
     return MagnitudeBits(value) == 0;
 }
 
-// By its sign bit, so that -0.0 is negative.
+// By its sign bit, so that -0.0 is negative, and NaN may be.
 inline bool IsNegative(double value)
 {
     return (BitsOf(value) & SIGN_BIT) != 0;

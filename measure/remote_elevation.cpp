@@ -25,6 +25,7 @@ AngleUnit RoundToTwoSeconds(AngleUnit angle)
     return WrapAdd(angle, 15) & ~31;
 }
 
+// Of the angle as read, not as turned into face one: the rounding is not symmetric.
 bool IsVerticalToTwoSeconds(AngleUnit zenith)
 {
     return RoundToTwoSeconds(ReduceToCircle(zenith) + ANGLE_FULL_CIRCLE) % ANGLE_HALF_CIRCLE == 0;

@@ -83,7 +83,7 @@ double SignedDistance(const Plane& plane, const PointRecord& point)
     return DotProduct(plane.normal, Position(point)) + plane.constant;
 }
 
-bool AreEqual(const PointRecord& a, const PointRecord& b)
+bool CoincideInSpace(const PointRecord& a, const PointRecord& b)
 {
     return CoincideInPlan(a, b) && a.height == b.height;
 }
@@ -168,7 +168,7 @@ int32_t QREFSet3PtBasePlane(const PointRecord* first, const PointRecord* second,
     {
         return QSTD_MISSING_COORDINATES;
     }
-    if (AreEqual(*first, *second) || AreEqual(*second, last) || AreEqual(last, *first))
+    if (CoincideInSpace(*first, *second) || CoincideInSpace(*second, last) || CoincideInSpace(last, *first))
     {
         return QSTD_COINCIDENT_POINTS;
     }
