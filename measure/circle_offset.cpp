@@ -54,17 +54,18 @@ int32_t QCalcOfsCircle(const ObservationRecord* faceSighting, double passthrough
     const double alpha = UnreducedRadians(faceAzimuth);
     double left = UnreducedRadians(edge1);
     double right = UnreducedRadians(edge2);
-    double sinTheta = std::sin(right - left);
+    double theta = right - left;
+    double sinTheta = std::sin(theta);
     if (sinTheta < 0.0)
     {
         std::swap(left, right);
-        sinTheta = std::sin(right - left);
+        theta = right - left;
+        sinTheta = std::sin(theta);
     }
 
     // The tangent point and the near face on the circle give a quadratic equation in the tangent length.
     const double a = std::sin(alpha - left);
     const double b = std::sin(right - alpha);
-    const double theta = right - left;
     const double q = std::pow(b + a, 2.0) - std::pow(sinTheta, 2.0);
     if (q < 0.0)
     {
