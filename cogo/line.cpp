@@ -4,6 +4,7 @@
 
 #include "core/angle.h"
 #include "core/point.h"
+#include "core/real_bits.h"
 
 namespace qstdlib {
 
@@ -31,11 +32,24 @@ void SetPlan(PointRecord& point, double northing, double easting)
     point.easting = easting;
 }
 
-// Where two lines cross of which neither has constant northing.
-void SetCrossing(PointRecord& point, double slopeA, double interceptA, double slopeB, double interceptB)
+// A line as easting = slope * northing + intercept.
+struct SlopeIntercept
 {
-    const double d = slopeA - slopeB;
-    SetPlan(point, (interceptB - interceptA) / d, (interceptB * slopeA - slopeB * interceptA) / d);
+    double slope;
+    double intercept;
+};
+
+// Where a line has this northing.
+void SetAtNorthing(PointRecord& point, double northing, const SlopeIntercept& line)
+{
+    SetPlan(point, northing, northing * line.slope + line.intercept);
+}
+
+// Where two lines cross of which neither has constant northing.
+void SetCrossing(PointRecord& point, const SlopeIntercept& a, const SlopeIntercept& b)
+{
+    const double d = a.slope - b.slope;
+    SetPlan(point, (b.intercept - a.intercept) / d, (b.intercept * a.slope - b.slope * a.intercept) / d);
 }
 
 int32_t SlopeByPoints(const PointRecord& first, const PointRecord& second, double* slope, double* intercept)
@@ -75,6 +89,13 @@ void SlopeByAzimuth(const PointRecord& first, AngleUnit azimuth, double* slope, 
     *intercept = first.easting - first.northing * *slope;
 }
 
+// QSTD_OK, or the status of the first line that is not determined.
+int32_t SlopesAndIntercepts(const LineDef* lineA, const LineDef* lineB, SlopeIntercept* a, SlopeIntercept* b)
+{
+    const int32_t status = LineSlopeIntercept(lineA, &a->slope, &a->intercept);
+    return status != QSTD_OK ? status : LineSlopeIntercept(lineB, &b->slope, &b->intercept);
+}
+
 } // namespace
 
 int32_t LineSlopeIntercept(const LineDef* line, double* slope, double* intercept)
@@ -108,15 +129,9 @@ int32_t IntersectLines(const TwoPointLine* lineA, const TwoPointLine* lineB, Poi
     *result = UNDEFINED_PLAN_POINT;
     const LineDef definitionA = Definition(*lineA);
     const LineDef definitionB = Definition(*lineB);
-    double slopeA = 0.0;
-    double interceptA = 0.0;
-    double slopeB = 0.0;
-    double interceptB = 0.0;
-    int32_t status = LineSlopeIntercept(&definitionA, &slopeA, &interceptA);
-    if (status == QSTD_OK)
-    {
-        status = LineSlopeIntercept(&definitionB, &slopeB, &interceptB);
-    }
+    SlopeIntercept a = {};
+    SlopeIntercept b = {};
+    const int32_t status = SlopesAndIntercepts(&definitionA, &definitionB, &a, &b);
     if (status != QSTD_OK)
     {
         return status;
@@ -124,19 +139,19 @@ int32_t IntersectLines(const TwoPointLine* lineA, const TwoPointLine* lineB, Poi
 
     if (HasConstantNorthing(*lineA) && !HasConstantNorthing(*lineB))
     {
-        SetPlan(*result, lineA->firstNorthing, lineA->firstNorthing * slopeB + interceptB);
+        SetAtNorthing(*result, lineA->firstNorthing, b);
     }
     else if (HasConstantNorthing(*lineB) && !HasConstantNorthing(*lineA))
     {
-        SetPlan(*result, lineB->firstNorthing, lineB->firstNorthing * slopeA + interceptA);
+        SetAtNorthing(*result, lineB->firstNorthing, a);
     }
-    else if (slopeA == slopeB)
+    else if (a.slope == b.slope)
     {
         return QSTD_PARALLEL_LINES;
     }
     else
     {
-        SetCrossing(*result, slopeA, interceptA, slopeB, interceptB);
+        SetCrossing(*result, a, b);
     }
     return QSTD_OK;
 }
@@ -148,35 +163,29 @@ using namespace qstdlib;
 int32_t QCogoCalcCrossLine(const LineDef* line1, const LineDef* line2, PointRecord* result)
 {
     *result = UNDEFINED_PLAN_POINT;
-    double slope1 = 0.0;
-    double intercept1 = 0.0;
-    double slope2 = 0.0;
-    double intercept2 = 0.0;
-    int32_t status = LineSlopeIntercept(line1, &slope1, &intercept1);
-    if (status == QSTD_OK)
-    {
-        status = LineSlopeIntercept(line2, &slope2, &intercept2);
-    }
+    SlopeIntercept a = {};
+    SlopeIntercept b = {};
+    const int32_t status = SlopesAndIntercepts(line1, line2, &a, &b);
     if (status != QSTD_OK)
     {
         return status;
     }
 
-    if (std::fabs(slope1 - slope2) < PARALLEL_SLOPES)
+    if (IsWithin(a.slope - b.slope, PARALLEL_SLOPES))
     {
         return QSTD_PARALLEL_LINES;
     }
-    if (slope1 == SLOPE_OF_CONSTANT_NORTHING)
+    if (a.slope == SLOPE_OF_CONSTANT_NORTHING)
     {
-        SetPlan(*result, line1->first.northing, line1->first.northing * slope2 + intercept2);
+        SetAtNorthing(*result, line1->first.northing, b);
     }
-    else if (slope2 == SLOPE_OF_CONSTANT_NORTHING)
+    else if (b.slope == SLOPE_OF_CONSTANT_NORTHING)
     {
-        SetPlan(*result, line2->first.northing, line2->first.northing * slope1 + intercept1);
+        SetAtNorthing(*result, line2->first.northing, a);
     }
     else
     {
-        SetCrossing(*result, slope1, intercept1, slope2, intercept2);
+        SetCrossing(*result, a, b);
     }
     return QSTD_OK;
 }

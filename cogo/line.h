@@ -18,9 +18,6 @@ struct TwoPointLine
     double secondEasting;
 };
 
-// A plan point that is not determined.
-constexpr PointRecord UNDEFINED_PLAN_POINT = {UNDEFINED_REAL, UNDEFINED_REAL, 0.0, POINT_HAS_PLAN};
-
 // Slope and intercept of a line; both SLOPE_OF_CONSTANT_NORTHING where the northing is constant. Untouched on failure:
 // QSTD_COINCIDENT_POINTS, QSTD_MISSING_COORDINATES.
 int32_t LineSlopeIntercept(const LineDef* line, double* slope, double* intercept);

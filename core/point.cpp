@@ -7,6 +7,9 @@
 
 namespace qstdlib {
 
+const PointRecord UNDEFINED_PLAN_POINT = {UNDEFINED_REAL, UNDEFINED_REAL, 0.0, FLAGS_PLAN};
+const PointRecord UNDEFINED_SPATIAL_POINT = {UNDEFINED_REAL, UNDEFINED_REAL, UNDEFINED_REAL, FLAGS_PLAN_AND_HEIGHT};
+
 AngleUnit AzimuthBetween(const PointRecord* from, const PointRecord* to)
 {
     if (!HasPlan(*from) || !HasPlan(*to))

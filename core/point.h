@@ -11,6 +11,10 @@ namespace qstdlib {
 constexpr uint16_t FLAGS_PLAN = POINT_HAS_PLAN;
 constexpr uint16_t FLAGS_PLAN_AND_HEIGHT = POINT_HAS_PLAN | POINT_HAS_HEIGHT;
 
+// Points that are not determined: in plan, in plan and height. One copy of each for all that hand them out.
+extern const PointRecord UNDEFINED_PLAN_POINT;
+extern const PointRecord UNDEFINED_SPATIAL_POINT;
+
 inline bool HasPlan(const PointRecord& point)
 {
     return (point.flags & POINT_HAS_PLAN) != 0;

@@ -49,6 +49,12 @@ inline bool IsFinite(double value)
     return MagnitudeBits(value) < INFINITY_BITS;
 }
 
+// As fabs(value) < limit has it, for a limit above zero.
+inline bool IsWithin(double value, double limit)
+{
+    return MagnitudeBits(value) < BitsOf(limit);
+}
+
 // As the operator == has it: zeros of either sign are equal, and NaN equals nothing.
 inline bool AreEqual(double a, double b)
 {

@@ -3,6 +3,7 @@
 #include "core/angle.h"
 #include "core/face.h"
 #include "core/point.h"
+#include "core/real_bits.h"
 #include "qstdlib/reference.h"
 
 namespace qstdlib {
@@ -115,7 +116,7 @@ bool FaceInstrument(const PointRecord& axis)
 {
     ThreePointPlane& p = stored;
     const double distance = SignedDistance(p.surface, axis);
-    if (std::fabs(distance) < NEAR_ZERO)
+    if (IsWithin(distance, NEAR_ZERO))
     {
         return false;
     }
@@ -184,7 +185,7 @@ int32_t QREFSet3PtBasePlane(const PointRecord* first, const PointRecord* second,
 int32_t QREFCalc3PtPlane(AngleUnit horizontalAngle, AngleUnit zenithAngle, const PointRecord* station,
                          double instrumentHeight, PointRecord* point, double* alongBaseline, double* acrossBaseline)
 {
-    *point = {UNDEFINED_REAL, UNDEFINED_REAL, UNDEFINED_REAL, FLAGS_PLAN_AND_HEIGHT};
+    *point = UNDEFINED_SPATIAL_POINT;
     *alongBaseline = UNDEFINED_REAL;
     *acrossBaseline = UNDEFINED_REAL;
     if (stored.isSet == 0)

@@ -3,6 +3,7 @@
 #include "core/angle.h"
 #include "core/face.h"
 #include "core/point.h"
+#include "core/real_bits.h"
 #include "qstdlib/reference.h"
 
 namespace qstdlib {
@@ -64,7 +65,7 @@ int32_t QREFSet2PtBasePlane(const PointRecord* first, const PointRecord* second)
 int32_t QREFCalc2PtPlane(AngleUnit horizontalAngle, AngleUnit zenithAngle, const PointRecord* station,
                          double instrumentHeight, PointRecord* point, double* alongPlane, double* heightAboveFirst)
 {
-    *point = {UNDEFINED_REAL, UNDEFINED_REAL, UNDEFINED_REAL, FLAGS_PLAN_AND_HEIGHT};
+    *point = UNDEFINED_SPATIAL_POINT;
     *alongPlane = UNDEFINED_REAL;
     *heightAboveFirst = UNDEFINED_REAL;
     const PointRecord& first = stored.first;
@@ -77,7 +78,7 @@ int32_t QREFCalc2PtPlane(AngleUnit horizontalAngle, AngleUnit zenithAngle, const
     const double axisHeight = station->height + instrumentHeight;
     const double wN = station->northing - first.northing;
     const double wE = station->easting - first.easting;
-    if (std::fabs(stored.deltaEast * wN - stored.deltaNorth * wE) < NEAR_PLANE)
+    if (IsWithin(stored.deltaEast * wN - stored.deltaNorth * wE, NEAR_PLANE))
     {
         return QSTD_DEGENERATE;
     }
@@ -94,7 +95,7 @@ int32_t QREFCalc2PtPlane(AngleUnit horizontalAngle, AngleUnit zenithAngle, const
     const double north = stored.directionNorth;
     const double east = stored.directionEast;
     const double q = north * sine - east * cosine; // sine of the angle between sight and plane
-    if (std::fabs(q) < NEAR_PLANE)
+    if (IsWithin(q, NEAR_PLANE))
     {
         return status;
     }

@@ -149,3 +149,18 @@ TEST(AreEqual, IsTheOperatorWithoutItsCall)
     EXPECT_TRUE(AreEqual(0.0, -0.0));
     EXPECT_FALSE(AreEqual(Limits::quiet_NaN(), Limits::quiet_NaN()));
 }
+
+TEST(IsWithin, ComparesTheMagnitudeWithALimit)
+{
+    for (const Pattern& limit : PATTERNS)
+    {
+        if (limit.value > 0.0) // neither zero nor NaN
+        {
+            for (const Pattern& p : PATTERNS)
+            {
+                EXPECT_EQ(p.value < limit.value, IsWithin(p.value, limit.value)) << p.value << ' ' << limit.value;
+                EXPECT_EQ(p.value < limit.value, IsWithin(std::copysign(p.value, -1.0), limit.value)) << p.value;
+            }
+        }
+    }
+}
