@@ -38,6 +38,7 @@ set(QSTDLIB_SOURCES
     station/matrix.cpp
     station/multi_point_resection.cpp
     station/plan_rows.cpp
+    station/plan_step.cpp
     station/three_point_resection.cpp
     station/two_point_resection.cpp)
 

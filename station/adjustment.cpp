@@ -13,6 +13,7 @@
 #include "core/soft_arithmetic.h"
 #include "station/approximation.h"
 #include "station/plan_rows.h"
+#include "station/plan_step.h"
 
 namespace qstdlib {
 
@@ -22,6 +23,8 @@ constexpr double ARC_SECOND = 4.84813681109536e-6;
 
 // The iteration stops when the weighted square sum changes by less than this part of itself.
 constexpr double RELATIVE_CHANGE = 0.001;
+
+constexpr int32_t MOST_UNKNOWNS = 4;
 
 // Scratch of one adjustment. What is not allocated yet is null.
 struct Scratch
@@ -34,7 +37,7 @@ struct Scratch
     double* corrections;
     double* residuals;
     Matrix cofactors;
-    Matrix normal;
+    Matrix normal; // in plan only
     int32_t rows;
     int32_t unknownCount;
     bool plan;
@@ -179,18 +182,12 @@ bool AllocateEquations(Scratch& s)
     s.corrections = s.misclosures != nullptr ? AllocVector(s.unknownCount) : nullptr;
     s.residuals = s.corrections != nullptr ? AllocVector(s.rows) : nullptr;
     s.cofactors = s.residuals != nullptr ? AllocMatrix(1, s.unknownCount, 1, s.unknownCount) : nullptr;
-    s.normal = s.cofactors != nullptr ? AllocMatrix(1, s.unknownCount, 1, s.unknownCount) : nullptr;
-    return s.normal != nullptr;
-}
-
-// Q = (A^T P A)^-1, in plan row by row.
-int32_t InvertNormalEquations(const Scratch& s)
-{
-    if (s.plan && SumNormalMatrix(s.design, s.weights, s.rows, s.normal))
+    if (s.cofactors == nullptr || !s.plan)
     {
-        return Invert(s.normal, s.cofactors, s.unknownCount);
+        return s.cofactors != nullptr;
     }
-    return InvertNormalMatrix(s.design, s.weights, s.cofactors, s.rows, s.unknownCount, s.weightBand);
+    s.normal = AllocMatrix(1, NORMAL_COLUMNS, 1, NORMAL_COLUMNS);
+    return s.normal != nullptr;
 }
 
 // dx = -((Q A^T) P) l by the matrix toolkit.
@@ -226,83 +223,99 @@ void MultiplyResiduals(const Scratch& s)
     }
 }
 
-// v^T P v, row by row: the weights are symmetric.
-double WeightedSumOfSquares(const Scratch& s, int32_t band)
-{
-    double omega = 0.0;
-    for (int32_t j = 1; j <= s.rows; ++j)
-    {
-        double weighted = 0.0;
-        const int32_t last = std::min<int32_t>(s.rows, j + band);
-        for (int32_t i = std::max<int32_t>(1, j - band); i <= last; ++i)
-        {
-            weighted += s.weights[j][i] * s.residuals[i];
-        }
-        omega += weighted * s.residuals[j];
-    }
-    return omega;
-}
-
-double MultiplySquares(const Scratch& s)
-{
-    const double omega = WeightedSumOfSquares(s, s.weightBand);
-    // Every weight counts when a residual is not finite: zero times infinity is NaN.
-    return IsFinite(omega) ? omega : WeightedSumOfSquares(s, FULL_BAND);
-}
-
 // Corrections, residuals and their weighted square sum.
 int32_t Correct(const Scratch& s, double* omega)
 {
-    const bool byRows =
-        s.plan && SumCorrections(s.cofactors, s.design, s.weights, s.misclosures, s.rows, s.corrections);
-    if (byRows)
+    int32_t result = 0;
+    if (!s.plan || !SumCorrections(s.cofactors, s.design, s.weights, s.misclosures, s.rows, s.corrections))
     {
-        if (!SumResiduals(s.design, s.weights, s.misclosures, s.corrections, s.rows, s.residuals, omega))
-        {
-            *omega = WeightedSumOfSquares(s, FULL_BAND);
-        }
-        return 0;
+        result = MultiplyCorrections(s);
     }
-    const int32_t result = MultiplyCorrections(s);
     if (result == 0)
     {
         MultiplyResiduals(s);
-        *omega = MultiplySquares(s);
+        *omega = QuadraticForm(s.weights, s.residuals, s.rows, s.weightBand);
     }
     return result;
 }
 
+// The equations at the current unknowns; in plan the normal equations, too, with so many columns.
+void FormEquations(int32_t mode, int16_t count, const ResectWorkRecord* work, const Scratch& s,
+                   const OrientingSight* sight, int32_t columns)
+{
+    BuildObservationEquations(mode, count, work, s.unknowns, s.observations, s.design, s.misclosures, sight);
+    if (s.plan)
+    {
+        SumNormalEquations(s.design, s.weights, s.misclosures, s.rows, columns, s.normal);
+    }
+}
+
+// An iteration in full: cofactors, corrections, residuals and their weighted square sum; corrects the unknowns.
+int32_t Adjust(const Scratch& s, double* omega)
+{
+    int32_t result = s.plan
+                         ? Invert(s.normal, s.cofactors, s.unknownCount)
+                         : InvertNormalMatrix(s.design, s.weights, s.cofactors, s.rows, s.unknownCount, s.weightBand);
+    if (result == 0)
+    {
+        result = Correct(s, omega);
+    }
+    if (result != 0)
+    {
+        return result;
+    }
+    for (int32_t i = 1; i <= s.unknownCount; ++i)
+    {
+        s.unknowns[i] += s.corrections[i];
+    }
+    return 0;
+}
+
 // Gauss-Newton iteration. The square sum is that of the linearised model, so that the equations need not be built once
 // more after the last correction.
+//
+// In plan the first iteration is only a step, where one will do. Its square sum is a little off: where that could
+// decide whether the second iteration is the last, all begins anew, in full.
 int32_t Iterate(int32_t mode, int16_t count, const ResectWorkRecord* work, const Scratch& s, int32_t limit,
                 double* omega)
 {
+    double approximate[MOST_UNKNOWNS];
+    std::copy_n(s.unknowns + 1, s.unknownCount, approximate);
+    bool byStep = s.plan && limit > 1;
     double previous = 0.0;
     int32_t iteration = 1;
     while (iteration <= limit)
     {
-        BuildObservationEquations(mode, count, work, s.unknowns, s.observations, s.design, s.misclosures,
-                                  iteration == 1 ? &s.sight : nullptr);
-        int32_t result = InvertNormalEquations(s);
-        if (result == 0)
+        const bool isFirst = iteration == 1;
+        const bool tryStep = isFirst && byStep;
+        FormEquations(mode, count, work, s, isFirst ? &s.sight : nullptr, tryStep ? NORMAL_COLUMNS : s.unknownCount);
+        if (tryStep)
         {
-            result = Correct(s, omega);
+            byStep = StepInPlan(s.normal, s.rows, s.unknowns, omega);
         }
+        const int32_t result = tryStep && byStep ? 0 : Adjust(s, omega);
         if (result != 0)
         {
             return result;
-        }
-        for (int32_t i = 1; i <= s.unknownCount; ++i)
-        {
-            s.unknowns[i] += s.corrections[i];
         }
         if (*omega < MACHINE_EPSILON)
         {
             break;
         }
-        if (iteration != 1 && std::fabs(Divisor(previous).Into(*omega - previous)) < RELATIVE_CHANGE)
+        if (!isFirst)
         {
-            break;
+            const double change = std::fabs(Divisor(previous).Into(*omega - previous));
+            if (iteration == 2 && byStep && IsWithin(change - RELATIVE_CHANGE, 2.0 * STEP_ACCURACY))
+            {
+                std::copy_n(approximate, s.unknownCount, s.unknowns + 1);
+                byStep = false;
+                iteration = 1;
+                continue;
+            }
+            if (IsWithin(change, RELATIVE_CHANGE))
+            {
+                break;
+            }
         }
         previous = *omega;
         ++iteration;
@@ -425,19 +438,13 @@ void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkReco
         const double dN = record.northing - unknowns[1];
         const double dE = record.easting - unknowns[2];
         const double squaredDistance = dN * dN + dE * dE;
-        const auto setRow = [&](double byNorthing, double byEasting, double byHeight, double byOrientation) {
-            design[k][1] = byNorthing;
-            design[k][2] = byEasting;
-            if (spatial)
-            {
-                design[k][3] = byHeight;
-            }
-            design[k][unknownCount] = byOrientation;
-        };
         if (IsPresent(record.direction))
         {
             const Divisor divisor(squaredDistance);
-            setRow(divisor.Into(-dE), divisor.Into(dN), 0.0, 1.0);
+            ClearRow(design[k], unknownCount);
+            design[k][1] = divisor.Into(-dE);
+            design[k][2] = divisor.Into(dN);
+            design[k][unknownCount] = 1.0;
             const bool isKnown = sight != nullptr && sight->target == &record;
             const double azimuth = isKnown ? sight->azimuth : std::atan2(dE, dN);
             misclosures[k] = WrapOnce((orientation + observations[k]) - azimuth);
@@ -449,14 +456,17 @@ void BuildObservationEquations(int32_t mode, int16_t count, const ResectWorkReco
         }
         const double distance = SquareRoot(squaredDistance);
         const Divisor divisor(distance);
-        setRow(divisor.Into(dN), divisor.Into(dE), 0.0, 0.0);
+        ClearRow(design[k], unknownCount);
+        design[k][1] = divisor.Into(dN);
+        design[k][2] = divisor.Into(dE);
         misclosures[k] = observations[k] - distance;
         ++k;
         if (spatial)
         {
             const double sightedHeight =
                 IsPresent(record.reflectorHeight) ? record.height + record.reflectorHeight : record.height;
-            setRow(0.0, 0.0, 1.0, 0.0);
+            ClearRow(design[k], unknownCount);
+            design[k][3] = 1.0;
             misclosures[k] = observations[k] - (sightedHeight - unknowns[3]);
             ++k;
         }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/angle.h"
+#include "core/real_bits.h"
 #include "core/soft_arithmetic.h"
 #include "station/matrix.h"
 
@@ -30,7 +31,7 @@ struct Centre
 // Strictly below, so that the epsilon itself counts as a value.
 bool IsNearZero(double value)
 {
-    return std::fabs(value) < MACHINE_EPSILON;
+    return IsWithin(value, MACHINE_EPSILON);
 }
 
 // The next record from `begin` on that has a distance, or `end`.

@@ -38,42 +38,11 @@ double* AllocBlock(size_t rows, size_t columns)
     return AllocBehindSpare<double>(rows * columns);
 }
 
-// Subtractions are calls on the target, and many here have the first operand for their result.
-double Minus(double a, double b)
-{
-    return IsZero(b) && !IsNegative(b) ? a : a - b;
-}
-
-void ClearRow(double* row, int32_t columns)
-{
-    for (int32_t j = 1; j <= columns; ++j)
-    {
-        row[j] = 0.0;
-    }
-}
-
 void SubtractRow(const double* a, const double* b, double* difference, int32_t columns)
 {
     for (int32_t j = 1; j <= columns; ++j)
     {
-        difference[j] = Minus(a[j], b[j]);
-    }
-}
-
-// Adds the multiple of a row from its element `first` to its element `last`. A factor of zero on either side adds
-// nothing, whatever it would be multiplied with.
-void AddMultiple(double* target, double factor, const double* row, int32_t first, int32_t last)
-{
-    if (IsZero(factor))
-    {
-        return;
-    }
-    for (int32_t j = first; j <= last; ++j)
-    {
-        if (!IsZero(row[j]))
-        {
-            target[j] += factor * row[j];
-        }
+        difference[j] = a[j] - b[j];
     }
 }
 
@@ -198,12 +167,11 @@ struct System
 {
     Matrix matrix;
     Matrix factors;
-    Matrix products; // of the matrix's elements with a solution's
     Pivot* pivots;
     int32_t order;
 };
 
-// Rows of the refinement's scratch. The solutions of all right-hand sides follow, then the factors and the products.
+// Rows of the refinement's scratch. The solutions of all right-hand sides follow, then the factors.
 enum WorkRow : int32_t
 {
     RIGHT_SIDE = 1,
@@ -239,39 +207,12 @@ void MakeRoomForSolution(Matrix work)
     work[SOLUTION] = freeRow;
 }
 
-// Forms the products with a solution anew where that differs from the one before; everywhere when there is none before.
-void UpdateProducts(const System& system, const double* solution, const double* before)
-{
-    for (int32_t k = 1; k <= system.order; ++k)
-    {
-        if (before == nullptr || BitsOf(solution[k]) != BitsOf(before[k]))
-        {
-            for (int32_t i = 1; i <= system.order; ++i)
-            {
-                system.products[i][k] = system.matrix[i][k] * solution[k];
-            }
-        }
-    }
-}
-
-// The residual: the product of matrix and solution less the right-hand side. The toolkit leaves out terms with a factor
-// of zero. Such a term is zero unless the other factor is not finite, and adding it changes nothing but the sign of a
-// sum that is zero: only a sum that is not finite has to be formed by that rule.
+// The residual: the product of matrix and solution less the right-hand side.
 void FormResidual(const System& system, const double* solution, const double* rightSide, double* difference)
 {
     for (int32_t i = 1; i <= system.order; ++i)
     {
-        const double* const products = system.products[i];
-        double sum = products[1];
-        for (int32_t k = 2; k <= system.order; ++k)
-        {
-            sum += products[k];
-        }
-        if (!IsFinite(sum))
-        {
-            sum = SumOfNonZero(system.matrix[i], solution, system.order);
-        }
-        difference[i] = Minus(IsZero(sum) ? 0.0 : sum, rightSide[i]);
+        difference[i] = SumOfNonZero(system.matrix[i], solution, system.order) - rightSide[i];
     }
 }
 
@@ -292,7 +233,6 @@ uint32_t Refine(const System& system, int32_t passes, Matrix work)
     int32_t pass = 1;
     for (; pass <= passes && period == 0; ++pass)
     {
-        UpdateProducts(system, work[SOLUTION], pass == 1 ? nullptr : work[BEFORE]);
         FormResidual(system, work[SOLUTION], work[RIGHT_SIDE], work[CORRECTION]);
         LUBackSubstitute(system.factors, correction, order, 1, system.pivots);
         MakeRoomForSolution(work);
@@ -412,6 +352,29 @@ void FreeMatrix(Matrix matrix, int32_t lowestRow, int32_t lowestColumn)
 
 // NOLINTEND(clang-analyzer-unix.Malloc,clang-analyzer-core.UndefinedBinaryOperatorResult)
 
+void ClearRow(double* row, int32_t columns)
+{
+    for (int32_t j = 1; j <= columns; ++j)
+    {
+        row[j] = 0.0;
+    }
+}
+
+void AddMultiple(double* target, double factor, const double* row, int32_t first, int32_t last)
+{
+    if (IsZero(factor))
+    {
+        return;
+    }
+    for (int32_t j = first; j <= last; ++j)
+    {
+        if (!IsZero(row[j]))
+        {
+            target[j] += factor * row[j];
+        }
+    }
+}
+
 void MultiplyMatrices(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns, int32_t aBand,
                       int32_t bBand)
 {
@@ -474,6 +437,22 @@ void MatrixTimesVector(Matrix m, const double* x, double* y, int32_t rows, int32
     }
 }
 
+double QuadraticForm(Matrix m, const double* x, int32_t order, int32_t band)
+{
+    double form = 0.0;
+    for (int32_t j = 1; j <= order; ++j)
+    {
+        double sum = 0.0;
+        const int32_t last = std::min<int32_t>(order, j + band);
+        for (int32_t i = std::max<int32_t>(1, j - band); i <= last; ++i)
+        {
+            sum += m[j][i] * x[i];
+        }
+        form += sum * x[j];
+    }
+    return IsFinite(form) || band == FULL_BAND ? form : QuadraticForm(m, x, order, FULL_BAND);
+}
+
 int32_t LUDecompose(Matrix a, int32_t order, Pivot* pivots, double* parity)
 {
     double* const scale = AllocVector(order);
@@ -534,14 +513,13 @@ int32_t IsNegligible(Matrix m, int32_t rows, int32_t columns)
 
 int32_t SolveLinearSystem(Matrix n, Matrix b, int32_t order, int32_t columns)
 {
-    const Matrix work = AllocMatrix(1, FIRST_RESULT - 1 + columns + 2 * order, 1, order);
+    const Matrix work = AllocMatrix(1, FIRST_RESULT - 1 + columns + order, 1, order);
     Pivot* const pivots = work != nullptr ? AllocBehindSpare<Pivot>(static_cast<size_t>(order)) : nullptr;
 
     int32_t result = ADJUST_NO_MEMORY;
     if (pivots != nullptr)
     {
-        const int32_t firstFactors = FIRST_RESULT + columns;
-        const System system = {n, FromRow(work, firstFactors), FromRow(work, firstFactors + order), pivots, order};
+        const System system = {n, FromRow(work, FIRST_RESULT + columns), pivots, order};
         result = SolveRefined(n, b, columns, system, work);
     }
     std::free(pivots);

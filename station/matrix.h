@@ -32,10 +32,20 @@ void MultiplyMatrices(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t 
 void TransposeMultiply(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns);
 void MultiplyByTranspose(Matrix a, Matrix b, Matrix product, int32_t rows, int32_t inner, int32_t columns);
 
+void ClearRow(double* row, int32_t columns);
+
+// Adds the multiple of a row from its element `first` to its element `last`. A factor of zero on either side adds
+// nothing, whatever it would be multiplied with.
+void AddMultiple(double* target, double factor, const double* row, int32_t first, int32_t last);
+
 void CopyMatrix(Matrix source, Matrix destination, int32_t rows, int32_t columns);
 
 // y = m x, every term added.
 void MatrixTimesVector(Matrix m, const double* x, double* y, int32_t rows, int32_t columns);
+
+// x^T m x, every term added, for a symmetric m of this band. Zeros beyond the band count only where the sum is not
+// finite: zero times infinity is NaN.
+double QuadraticForm(Matrix m, const double* x, int32_t order, int32_t band = FULL_BAND);
 
 // A pivot of a decomposition: what its column is divided by, and the row that it was exchanged with.
 struct Pivot

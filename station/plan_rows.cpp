@@ -23,52 +23,38 @@ bool AreFinite(const double* values, int32_t count)
     return true;
 }
 
+// Zero where a factor is zero, whatever the other is.
+double ProductOfNonZero(double a, double b)
+{
+    return IsZero(a) || IsZero(b) ? 0.0 : a * b;
+}
+
 } // namespace
 
-bool SumNormalMatrix(Matrix design, Matrix weights, int32_t rows, Matrix normal)
+void SumNormalEquations(Matrix design, Matrix weights, const double* misclosures, int32_t rows, int32_t columns,
+                        Matrix normal)
 {
-    double n11 = 0.0;
-    double n12 = 0.0;
-    double n13 = 0.0;
-    double n21 = 0.0;
-    double n22 = 0.0;
-    double n23 = 0.0;
-    int32_t directions = 0;
+    for (int32_t i = 1; i <= columns; ++i)
+    {
+        ClearRow(normal[i], columns);
+    }
     for (int32_t k = 1; k <= rows; ++k)
     {
-        const double a = design[k][1];
-        const double b = design[k][2];
-        if (IsDirection(design[k]))
+        const double row[NORMAL_COLUMNS + 1] = {0.0, design[k][1], design[k][2], design[k][3], misclosures[k]};
+        const bool isDirection = IsDirection(row);
+        double weighted[NORMAL_COLUMNS + 1];
+        for (int32_t j = 1; j <= columns; ++j)
         {
-            const double ab = a * b;
-            n11 += a * a;
-            n12 += ab;
-            n21 += ab;
-            n22 += b * b;
-            n13 += a;
-            n23 += b;
-            ++directions;
+            weighted[j] = isDirection ? row[j] : ProductOfNonZero(weights[k][k], row[j]);
         }
-        else
+        for (int32_t i = 1; i <= columns; ++i)
         {
-            const double weightedA = weights[k][k] * a;
-            const double weightedB = weights[k][k] * b;
-            n11 += a * weightedA;
-            n12 += a * weightedB;
-            n21 += b * weightedA; // rounded otherwise than n12
-            n22 += b * weightedB;
+            // n12 and n21 are rounded apart; n31 and n32, to which only directions add, are not.
+            AddMultiple(normal[i], row[i], weighted, i < 3 ? 1 : i, columns);
         }
     }
-    normal[1][1] = n11;
-    normal[1][2] = n12;
-    normal[1][3] = n13;
-    normal[2][1] = n21;
-    normal[2][2] = n22;
-    normal[2][3] = n23;
-    normal[3][1] = n13;
-    normal[3][2] = n23;
-    normal[3][3] = directions;
-    return AreFinite(normal[1], 3) && AreFinite(normal[2], 3);
+    normal[3][1] = normal[1][3];
+    normal[3][2] = normal[2][3];
 }
 
 bool SumCorrections(Matrix cofactors, Matrix design, Matrix weights, const double* misclosures, int32_t rows,
@@ -94,28 +80,6 @@ bool SumCorrections(Matrix cofactors, Matrix design, Matrix weights, const doubl
         corrections[i] = -sum;
     }
     return AreFinite(corrections, 3);
-}
-
-bool SumResiduals(Matrix design, Matrix weights, const double* misclosures, const double* corrections, int32_t rows,
-                  double* residuals, double* omega)
-{
-    double squares = 0.0;
-    for (int32_t k = 1; k <= rows; ++k)
-    {
-        double change = design[k][1] * corrections[1] + design[k][2] * corrections[2];
-        const bool isDirection = IsDirection(design[k]);
-        if (isDirection)
-        {
-            change += corrections[3];
-        }
-        // Not -0.0: the toolkit's sums begin at 0.0.
-        const double residual = (IsZero(change) ? 0.0 : change) + misclosures[k];
-        residuals[k] = residual;
-        const double weighted = isDirection ? residual : weights[k][k] * residual;
-        squares += weighted * residual;
-    }
-    *omega = squares;
-    return IsFinite(squares);
 }
 
 } // namespace qstdlib

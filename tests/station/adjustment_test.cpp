@@ -6,12 +6,14 @@
 #include <cstdlib>
 #include <limits>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/station/allocation_watch.h"
+#include "tests/station/full_adjustment.h"
 #include "tests/station/reference_adjustment.h"
 #include "tests/station/test_matrix.h"
 #include "tests/station/work_record.h"
@@ -241,6 +243,22 @@ WorkRecords RoughSights(std::mt19937& random)
     return work;
 }
 
+// Three to eight targets around the station (1020, -530), observed as a total station does: to a millimetre or two and
+// some seconds.
+WorkRecords FineSights(std::mt19937& random)
+{
+    WorkRecords work;
+    const int32_t count = 3 + static_cast<int32_t>(random() % 6);
+    for (int32_t i = 0; i < count; ++i)
+    {
+        const double azimuth = 2.0 * CIRCLE_HALF * (i + 0.3 * Uniform(random)) / count;
+        const double distance = 200.0 + 150.0 * Uniform(random);
+        work.push_back(Measured(1020.0 + distance * std::cos(azimuth), -530.0 + distance * std::sin(azimuth),
+                                azimuth - 1.0 + 1e-5 * Uniform(random), distance + 0.002 * Uniform(random)));
+    }
+    return work;
+}
+
 // Whole degrees and metres that do not fit together.
 WorkRecords Contradiction(const std::vector<std::vector<double>>& sights)
 {
@@ -257,6 +275,43 @@ WorkRecords FourSights()
 {
     return {Measured(100.0, 0.0, -0.25, 100.01), Measured(0.0, 120.0, CIRCLE_HALF / 2.0 - 0.25 + 1e-4, 119.98),
             Measured(-80.0, 10.0, std::atan2(10.0, -80.0) - 0.25, 80.63), Sighted(30.0, -90.0, 4.78)};
+}
+
+// Four targets around a station of large coordinates and with a large orientation, for which a correction is small, and
+// one distance off by so many metres.
+WorkRecords FarSights(double error)
+{
+    WorkRecords work = FourSights();
+    for (ResectWorkRecord& record : work)
+    {
+        record.northing += 1e6;
+        record.easting += 2e6;
+        record.direction -= 1000.0;
+    }
+    work[1].horizontalDistance += error;
+    return work;
+}
+
+// Every output to the last bit.
+void ExpectTheSame(const FullAdjustment& expected, const Adjusted& actual, const WorkRecords& work)
+{
+    ASSERT_EQ(expected.result, actual.result);
+    if (expected.result != 0 && expected.result != 1)
+    {
+        return;
+    }
+    const std::vector<double> unknowns = {actual.northing, actual.easting, actual.orientation};
+    const std::vector<double> sigmas = {actual.northingSigma, actual.eastingSigma, actual.orientationSigma};
+    for (size_t i = 0; i < 3; ++i)
+    {
+        EXPECT_TRUE(SameBits(expected.unknowns[i], unknowns[i])) << i;
+        EXPECT_TRUE(SameBits(expected.sigmas[i], sigmas[i])) << i;
+    }
+    EXPECT_TRUE(SameBits(expected.unitWeightSigma, actual.unitWeightSigma));
+    for (size_t i = 0; i < work.size(); ++i)
+    {
+        EXPECT_TRUE(support::SameBytes(expected.residuals[i], work[i])) << i;
+    }
 }
 
 } // namespace
@@ -548,6 +603,81 @@ TEST(AdjustResection, AgreesWithTheReferenceInPlan)
     EXPECT_GT(most, 2);
 }
 
+// To the last bit, whether the first iteration is only a step or not. What an adjustment allocates tells: thirteen
+// blocks, and four for each iteration in full. (None of these begins anew.)
+TEST(AdjustResection, AgreesWithIterationsInFull)
+{
+    std::mt19937 random(20260104);
+    int32_t steps = 0;
+    int32_t full = 0;
+    for (int32_t run = 0; run < 1000 && !testing::Test::HasFailure(); ++run)
+    {
+        WorkRecords work = run % 4 == 0 ? RoughSights(random) : FineSights(random);
+        const FullAdjustment expected = AdjustInFull(work, DEFAULT_PRECISION);
+        const AllocationWatch watch;
+        const Adjusted a = Adjust(ADJUST_MODE_PLAN, work);
+        const size_t allocations = watch.Sizes().size();
+        ExpectTheSame(expected, a, work);
+        const size_t inFull = 13U + 4U * static_cast<size_t>(expected.iterations);
+        EXPECT_TRUE(allocations == inFull || allocations == inFull - 4U) << allocations << ", " << inFull;
+        ++(allocations == inFull ? full : steps);
+    }
+    EXPECT_GT(steps, 200);
+    EXPECT_GT(full, 200);
+}
+
+// The contradiction with which the second iteration changes the square sum by this part of itself, found by halving an
+// interval; its ends are as close as numbers can be.
+std::pair<double, double> ContradictionFor(double part)
+{
+    const auto change = [](double error) { return AdjustInFull(FarSights(error), DEFAULT_PRECISION).changes.front(); };
+    double below = 0.1;
+    double above = 1.0;
+    EXPECT_LT(change(below), part);
+    EXPECT_GT(change(above), part);
+    for (int32_t halving = 0; halving < 50; ++halving)
+    {
+        const double middle = (below + above) / 2.0;
+        (change(middle) < part ? below : above) = middle;
+    }
+    EXPECT_NEAR(part, change(below), 1e-11);
+    EXPECT_NEAR(part, change(above), 1e-11);
+    return {below, above};
+}
+
+// Within 2^-19 of 0.001 a change depends on digits of the first square sum that a step does not have: the step and the
+// second iteration, then all of them in full. Beyond, the step and the others in full.
+TEST(AdjustResection, DecidesInFullWhetherTheSecondIterationIsTheLast)
+{
+    for (const double off : {-2.1, -1.9, 0.0, 1.9, 2.1})
+    {
+        const auto [below, above] = ContradictionFor(0.001 + off * 0x1p-20);
+        for (const double error : {below, above})
+        {
+            WorkRecords work = FarSights(error);
+            const FullAdjustment expected = AdjustInFull(work, DEFAULT_PRECISION);
+            EXPECT_EQ(off > 0.0 || (off == 0.0 && error > below) ? 3 : 2, expected.iterations) << off;
+            const AllocationWatch watch;
+            const Adjusted a = Adjust(ADJUST_MODE_PLAN, work);
+            const int32_t inFull = expected.iterations + (std::fabs(off) < 2.0 ? 1 : -1);
+            EXPECT_EQ(13U + 4U * static_cast<size_t>(inFull), watch.Sizes().size()) << off;
+            ExpectTheSame(expected, a, work);
+        }
+    }
+}
+
+// Of no weight, so that the normal equations do not show it and the first iteration can be a step.
+TEST(AdjustResection, ReportsAnInfiniteDistanceAfterAStep)
+{
+    WorkRecords work = FarSights(0.1);
+    work[2].horizontalDistance = std::numeric_limits<double>::infinity();
+    const WorkRecords before = work;
+    EXPECT_EQ(3, AdjustInFull(work, DEFAULT_PRECISION).result);
+    const Adjusted a = Adjust(ADJUST_MODE_PLAN, work);
+    EXPECT_EQ(3, a.result);
+    ExpectNothingWritten(a, work, before);
+}
+
 TEST(AdjustResection, AgreesWithTheReferenceInSpace)
 {
     std::mt19937 random(20260102);
@@ -677,7 +807,7 @@ TEST(AdjustResection, StopsAtOnceOnPerfectData)
 // An infinite distance weighs nothing, and its misclosure of infinity makes every correction NaN: zero times infinity.
 // The equations of the second iteration are NaN, so that the decomposition finds a row without any magnitude and leaves
 // its scales. Allocations: thirteen; four of the first inversion and four of the products, which the corrections need
-// for not being finite; four of the products and four of the solution in the second inversion.
+// for not being finite; four of the second inversion.
 TEST(AdjustResection, ReportsAnInfiniteDistance)
 {
     WorkRecords work = FourSights();
@@ -687,7 +817,7 @@ TEST(AdjustResection, ReportsAnInfiniteDistance)
     const Adjusted a = Adjust(ADJUST_MODE_PLAN, work);
     EXPECT_EQ(3, a.result);
     ExpectNothingWritten(a, work, before);
-    EXPECT_EQ(13U + (4U + 4U) + (4U + 4U), watch.Sizes().size());
+    EXPECT_EQ(13U + (4U + 4U) + 4U, watch.Sizes().size());
     EXPECT_THAT(watch.Outstanding(), ElementsAre(4 * sizeof(double)));
 }
 

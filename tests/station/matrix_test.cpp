@@ -395,6 +395,35 @@ TEST(MatrixProducts, WalkTheWholeOfAMatrixWithoutABand)
     EXPECT_EQ(0.0, product.Elements()[0]);
 }
 
+TEST(ClearRow, LeavesTheSpareElementAndWhatFollows)
+{
+    double row[] = {1.0, 2.0, 3.0, 4.0};
+    ClearRow(row, 2);
+    EXPECT_THAT(row, ElementsAre(1.0, 0.0, 0.0, 4.0));
+}
+
+TEST(AddMultiple, AddsToTheGivenElements)
+{
+    double target[] = {1.0, 2.0, 3.0, 4.0, 5.0};
+    const double row[] = {NOT_A_NUMBER, NOT_A_NUMBER, 10.0, 100.0, NOT_A_NUMBER};
+    AddMultiple(target, 0.5, row, 2, 3);
+    EXPECT_THAT(target, ElementsAre(1.0, 2.0, 8.0, 54.0, 5.0));
+    AddMultiple(target, 0.5, row, 3, 2);
+    EXPECT_THAT(target, ElementsAre(1.0, 2.0, 8.0, 54.0, 5.0));
+}
+
+TEST(AddMultiple, SkipsFactorsOfZero)
+{
+    double target[] = {0.0, 1.0, 2.0};
+    const double poison[] = {0.0, INFINITE, NOT_A_NUMBER};
+    AddMultiple(target, 0.0, poison, 1, 2);
+    AddMultiple(target, -0.0, poison, 1, 2);
+    EXPECT_THAT(target, ElementsAre(0.0, 1.0, 2.0));
+    const double zeros[] = {0.0, 0.0, -0.0};
+    AddMultiple(target, INFINITE, zeros, 1, 2);
+    EXPECT_THAT(target, ElementsAre(0.0, 1.0, 2.0));
+}
+
 TEST(CopyMatrix, CopiesTheGivenRowsAndColumnsOnly)
 {
     TestMatrix source(2, 3, {1, 2, 3, 4, 5, 6});
@@ -430,6 +459,34 @@ TEST(MatrixTimesVector, MultipliesZerosLikeAnyFactor)
 }
 
 // (1 2; 3 4): scales 1/2 and 1/4; 0.5 against 0.75, so row 2 leads. Factors 3, 4, 1/3 and 2 - 4/3.
+// (1 2 3) (2 1 0; 1 4 -1; 0 -1 8) (1 2 3)^T = (4 6 22) (1 2 3)^T.
+TEST(QuadraticForm, TakesTheMatrixBetweenTheVector)
+{
+    TestMatrix m(3, 3, {2, 1, 0, 1, 4, -1, 0, -1, 8});
+    const double x[] = {NOT_A_NUMBER, 1.0, 2.0, 3.0};
+    EXPECT_EQ(82.0, QuadraticForm(m, x, 3));
+    EXPECT_EQ(82.0, QuadraticForm(m, x, 3, 1));
+}
+
+// What stands beyond the band, contrary to the promise, shows how far it looked: 2 + 16 + 72.
+TEST(QuadraticForm, LooksNoFartherThanTheBand)
+{
+    TestMatrix m(3, 3, {2, 1, 5, 1, 4, -1, 5, -1, 8});
+    const double x[] = {NOT_A_NUMBER, 1.0, 2.0, 3.0};
+    EXPECT_EQ(90.0, QuadraticForm(m, x, 3, 0));
+    EXPECT_EQ(82.0, QuadraticForm(m, x, 3, 1));
+    EXPECT_EQ(112.0, QuadraticForm(m, x, 3));
+}
+
+TEST(QuadraticForm, TakesTheWholeMatrixForWhatIsNotFinite)
+{
+    TestMatrix m(2, 2, {1, 0, 0, 1});
+    const double infinite[] = {NOT_A_NUMBER, INFINITE, 1.0};
+    EXPECT_TRUE(std::isnan(QuadraticForm(m, infinite, 2, 0)));
+    const double large[] = {NOT_A_NUMBER, 1e200, 1.0};
+    EXPECT_EQ(INFINITE, QuadraticForm(m, large, 2, 0));
+}
+
 TEST(LUDecompose, FactorsWithTheRowOfGreatestScaledMagnitudeFirst)
 {
     TestMatrix a(2, 2, {1, 2, 3, 4});

@@ -87,11 +87,11 @@ ResectObservation SightTo(int32_t number, int32_t count)
 
 // In plan, with r rows for n targets and 3 unknowns, counts of elements each with a spare one in front: 12 n reals of
 // working records; L, l and v of r; P of r pointers and r r reals; A of r pointers and 3 r reals; X and dx of 3; Q
-// and N of 3 pointers and 9 reals each. A real has 8 bytes, a pointer 4.
+// of 3 pointers and 9 reals; N with its absolute terms of 4 pointers and 16 reals. A real has 8 bytes, a pointer 4.
 size_t KeptBytes(size_t targets, size_t rows)
 {
-    const size_t reals = 12 * targets + 3 * (rows + 1) + (rows * rows + 1) + (3 * rows + 1) + 2 * 4 + 2 * 10;
-    const size_t pointers = 2 * (rows + 1) + 2 * 4;
+    const size_t reals = 12 * targets + 3 * (rows + 1) + (rows * rows + 1) + (3 * rows + 1) + 2 * 4 + (10 + 17);
+    const size_t pointers = 2 * (rows + 1) + (4 + 5);
     return 8 * reals + 4 * pointers;
 }
 
@@ -111,10 +111,10 @@ bool Measure(int32_t targets)
 
     const size_t rows = 2 * static_cast<size_t>(targets);
     const size_t kept = KeptBytes(static_cast<size_t>(targets), rows);
-    // While the normal equations are solved: fourteen rows of 3, five of the refinement, three each of solutions,
-    // factors and products; three pivots of 40 bytes; the scales of three rows. With the table and spare elements:
-    // 404 + 160 + 32.
-    constexpr size_t BESIDES = 596;
+    // While the normal equations are solved: eleven rows of 3, five of the refinement, three each of solutions
+    // and factors; three pivots of 40 bytes; the scales of three rows. With the table and spare elements:
+    // 320 + 160 + 32.
+    constexpr size_t BESIDES = 512;
     std::printf("%7ld %6lu %9lu %9lu %9lu\n", static_cast<long>(targets), static_cast<unsigned long>(rows),
                 static_cast<unsigned long>(kept), static_cast<unsigned long>(heap.kept),
                 static_cast<unsigned long>(heap.peak));
