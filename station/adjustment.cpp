@@ -271,6 +271,17 @@ int32_t Adjust(const Scratch& s, double* omega)
     return 0;
 }
 
+// Whether no row is without weight.
+bool AllWeigh(Matrix weights, int32_t rows)
+{
+    int32_t k = 1;
+    while (k <= rows && !IsZero(weights[k][k]))
+    {
+        ++k;
+    }
+    return k > rows;
+}
+
 // Gauss-Newton iteration. The square sum is that of the linearised model, so that the equations need not be built once
 // more after the last correction.
 //
@@ -281,7 +292,7 @@ int32_t Iterate(int32_t mode, int16_t count, const ResectWorkRecord* work, const
 {
     double approximate[MOST_UNKNOWNS];
     std::copy_n(s.unknowns + 1, s.unknownCount, approximate);
-    bool byStep = s.plan && limit > 1;
+    bool byStep = s.plan && limit > 1 && AllWeigh(s.weights, s.rows);
     double previous = 0.0;
     int32_t iteration = 1;
     while (iteration <= limit)

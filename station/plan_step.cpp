@@ -19,6 +19,9 @@
 // Together at most 81 J^2 + (135 + 6 n) J. The tolerance, 8 J (12 J + n + 20) u sqrt(J L / pi), is larger by a sixth at
 // least.
 //
+// N33 is the number of directions. As the other diagonal elements are within 2^36 of it, and L above the machine's
+// epsilon, nothing underflows.
+//
 // What a pass solves with: the errors of the factors are, with implicit scaling, below 63 u r sqrt(Nii Njj), r^2 being
 // the greatest Nii by the least. The first pass leaves the square of 63 u r T^2, which J r <= 2^18 keeps below 2.5 u.
 //

@@ -17,8 +17,8 @@ constexpr double STEP_ACCURACY = 0x1p-20;
 //
 // The unknowns then are those of a full iteration to the last bit. False, with nothing written, where that is not
 // certain: when the unknowns are not well determined, when corrections are large for what they correct, when there is
-// next to nothing to correct, or when a number is not finite. (An infinite misclosure of no weight does not show in the
-// normal equations. The next iteration, in full, comes to nothing by it, as this one would have.)
+// next to nothing to correct, or when a number is not finite. Every row must have a weight: a number that is not finite
+// does not show in the normal equations when it weighs nothing.
 bool StepInPlan(Matrix normal, int32_t rows, double* unknowns, double* squareSum);
 
 } // namespace qstdlib

@@ -666,16 +666,27 @@ TEST(AdjustResection, DecidesInFullWhetherTheSecondIterationIsTheLast)
     }
 }
 
-// Of no weight, so that the normal equations do not show it and the first iteration can be a step.
-TEST(AdjustResection, ReportsAnInfiniteDistanceAfterAStep)
+// What weighs nothing does not show in the normal equations, but in the square sum: the distance to a target at the
+// approximate station has no direction, and its row NaN. So the first change is NaN, and the iteration goes on, to a
+// third. An infinite distance makes all corrections NaN.
+TEST(AdjustResection, TakesNoStepWithADistanceWithoutWeight)
 {
-    WorkRecords work = FarSights(0.1);
+    WorkRecords sights = FarSights(0.01);
+    const std::vector<double> start = StartingValues(ADJUST_MODE_PLAN, sights, 3);
+    sights.push_back(Measured(start[0], start[1], MISSING_VALUE, 1e200));
+    const FullAdjustment expected = AdjustInFull(sights, DEFAULT_PRECISION);
+    EXPECT_EQ(3, expected.iterations);
+    EXPECT_TRUE(std::isnan(expected.changes.front()));
+    const Adjusted a = Adjust(ADJUST_MODE_PLAN, sights);
+    ExpectTheSame(expected, a, sights);
+
+    WorkRecords work = FarSights(0.01);
     work[2].horizontalDistance = std::numeric_limits<double>::infinity();
     const WorkRecords before = work;
-    EXPECT_EQ(3, AdjustInFull(work, DEFAULT_PRECISION).result);
-    const Adjusted a = Adjust(ADJUST_MODE_PLAN, work);
-    EXPECT_EQ(3, a.result);
-    ExpectNothingWritten(a, work, before);
+    const AllocationWatch watch;
+    EXPECT_EQ(3, Adjust(ADJUST_MODE_PLAN, work).result);
+    EXPECT_EQ(13U + (4U + 4U) + 4U, watch.Sizes().size());
+    EXPECT_TRUE(support::SameBytes(before[0], work[0]));
 }
 
 TEST(AdjustResection, AgreesWithTheReferenceInSpace)
