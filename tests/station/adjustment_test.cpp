@@ -852,20 +852,28 @@ TEST(AdjustResection, LeavesADistanceWithoutWeightOut)
 }
 
 // Directions 2e-7 off leave a square sum of about 1e-13, which is not below the epsilon: a second iteration is made.
-// 1e-9 off leave one of 1e-18: no second one.
+// 1e-9 off leave one of 1e-18: no second one. Between them the two errors where one turns into the other.
 TEST(AdjustResection, StopsAtOnceOnlyBelowTheMachineEpsilon)
 {
-    for (const double error : {2e-7, 1e-9})
+    const auto sights = [](double error) {
+        return WorkRecords{Measured(128.0, 0.0, 0.5 + error, 128.0),
+                           Measured(0.0, 96.0, 0.5 + CIRCLE_HALF / 2.0 - error, 96.0),
+                           Sighted(-50.0, 0.0, 0.5 + CIRCLE_HALF + error)};
+    };
+    double once = 1e-9;
+    double twice = 2e-7;
+    for (int32_t halving = 0; halving < 60; ++halving)
     {
-        WorkRecords work = {Measured(128.0, 0.0, 0.5 + error, 128.0),
-                            Measured(0.0, 96.0, 0.5 + CIRCLE_HALF / 2.0 - error, 96.0),
-                            Sighted(-50.0, 0.0, 0.5 + CIRCLE_HALF + error)};
-        const ReferenceAdjustment expected = ReferenceFor(ADJUST_MODE_PLAN, work);
+        const double middle = (once + twice) / 2.0;
+        (AdjustInFull(sights(middle), DEFAULT_PRECISION).iterations == 1 ? once : twice) = middle;
+    }
+    for (const double error : {1e-9, once, twice, 2e-7})
+    {
+        WorkRecords work = sights(error);
+        EXPECT_EQ(error <= once ? 1 : 2, AdjustInFull(work, DEFAULT_PRECISION).iterations) << error;
         const AllocationWatch watch;
         EXPECT_EQ(0, Adjust(ADJUST_MODE_PLAN, work).result);
-        const size_t iterations = error > 1e-8 ? 2 : 1;
-        EXPECT_EQ(static_cast<int32_t>(iterations), expected.iterations);
-        EXPECT_EQ(13U + 4U * iterations, watch.Sizes().size());
+        EXPECT_EQ(13U + 4U * (error <= once ? 1U : 2U), watch.Sizes().size()) << error;
     }
 }
 
