@@ -121,9 +121,12 @@ int32_t QREFCalcArc(const PointRecord* measured, ArcCalcResult* result)
     {
         return QSTD_COINCIDENT_POINTS;
     }
+    result->point = PointRecord{}; // first: a measured point within the result is at the origin from here on
     const double d = PlanDistance(arc.centre, *measured);
     const AngleUnit x = TurnFromStart(CentralAzimuth(arc.centre, *measured), arc.startRadialAzimuth);
     const AlongOffset place = arc.radius < 0.0 ? ReferToLeftArc(arc, x, d) : ReferToRightArc(arc, x, d);
-    *result = {PointRecord{}, place.along, place.offset, HeightDifference(arc, *measured, place.along)};
+    result->along = place.along;
+    result->offset = place.offset;
+    result->heightDifference = HeightDifference(arc, *measured, place.along);
     return QSTD_OK;
 }

@@ -145,7 +145,8 @@ QSTD_API int32_t QREFGetArcParams(ArcParams* params) QSTD_NONNULL;
  * where the point lies beyond the end and more than a quarter circle before the start radial: along and offset are
  * then not those of the tangent. Whether an arc is defined is not tested.
  *
- * @param[in]  measured  plan flag set; the height is used as it stands when the arc has one
+ * @param[in]  measured  plan flag set; the height is used as it stands when the arc has one. Not the result's own
+ *                       point, which becomes zeros first.
  * @param[out] result    every field
  * @retval QSTD_OK                   `result` written
  * @retval QSTD_COINCIDENT_POINTS    the point is the arc's centre in plan; `result` untouched

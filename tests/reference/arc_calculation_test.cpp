@@ -498,6 +498,22 @@ TEST(ArcCalculation, LeavesTheResultWithoutPlanCoordinatesOrDirection)
     EXPECT_TRUE(Untouched(outcome.result));
 }
 
+// The result's point becomes zeros before the measured one is read.
+TEST(ArcCalculation, TakesThePointOfItsOwnResultForTheOrigin)
+{
+    SetArcWithHeights();
+    const ArcCalcResult expected = Referred(FullPoint(0.0, 0.0, 0.0));
+    ArcCalcResult result{};
+    result.point = HalfWay();
+    ASSERT_NE(expected.along, Referred(result.point).along);
+    EXPECT_EQ(0, QREFCalcArc(&result.point, &result));
+    EXPECT_EQ(0.0, result.point.northing);
+    EXPECT_EQ(0, result.point.flags);
+    EXPECT_TRUE(SameBits(expected.along, result.along));
+    EXPECT_TRUE(SameBits(expected.offset, result.offset));
+    EXPECT_TRUE(SameBits(expected.heightDifference, result.heightDifference));
+}
+
 TEST(ArcCalculation, ReadsNoSetting)
 {
     SetArcWithHeights();
