@@ -7,6 +7,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <optional>
+#include <string>
+
 namespace qstd {
 
 /** A length or height of any sign, at most the longest on the earth. */
@@ -14,6 +17,15 @@ CLI::Validator LengthCheck();
 
 /** A scale factor: above 0, neither it nor its reciprocal beyond the longest length. */
 CLI::Validator FactorCheck();
+
+/** A standard deviation: above 0, and not beyond any length. */
+CLI::Validator SigmaCheck();
+
+/** One of the instrument's coefficients of refraction, or off. */
+CLI::Validator RefractionCheck();
+
+/** The instrument's setting for a coefficient that RefractionCheck lets pass; nothing for off. */
+std::optional<int> RefractionSelector(const std::string& text);
 
 } // namespace qstd
 

@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <string>
+
 namespace qstd {
 
 void AddPointsOption(Verb& verb)
@@ -52,10 +54,12 @@ void AddCorrectionOptions(Verb& verb)
         ->check(LengthCheck())
         ->type_name("ELEVATION");
     verb.app
-        ->add_option("--refraction", instrument.refraction,
-                     "Correct for curvature and refraction; coefficient 0: 0.132, 1: 0.133, 2: 0.20")
-        ->check(CLI::Range(0, 2))
-        ->type_name("INDEX");
+        ->add_option_function<std::string>(
+            "--refraction",
+            [&instrument](const std::string& text) { instrument.refraction = RefractionSelector(text); },
+            "Correct for curvature and refraction with the coefficient 0.132, 0.133 or 0.20; off when not given")
+        ->check(RefractionCheck())
+        ->type_name("COEFFICIENT");
 }
 
 void AddStandingOptions(Verb& verb)

@@ -94,6 +94,20 @@ void JoinInstrumentHeight(RowReader& reader, std::string_view text, std::optiona
     }
 }
 
+/** The digits of a name without leading zeros. */
+std::string DigitsOf(std::string_view name)
+{
+    std::string digits;
+    for (const char letter : name)
+    {
+        if (letter >= '0' && letter <= '9' && (letter != '0' || !digits.empty()))
+        {
+            digits += letter;
+        }
+    }
+    return digits;
+}
+
 void NumberSetUps(std::vector<SetUp>& setUps)
 {
     std::unordered_map<std::string, size_t> counts;
@@ -112,7 +126,25 @@ void NumberSetUps(std::vector<SetUp>& setUps)
 bool PointList::Add(KnownPoint point)
 {
     std::string id = point.id;
-    return points.emplace(std::move(id), std::move(point)).second;
+    const bool isNew = points.emplace(id, std::move(point)).second;
+    if (isNew)
+    {
+        namesByDigits[DigitsOf(id)].push_back(std::move(id));
+    }
+    return isNew;
+}
+
+std::string PointList::NearestTo(const std::string& id) const
+{
+    // Among more names than these one would be near by chance.
+    constexpr size_t MOST_COMPARED = 100;
+    const auto alike = namesByDigits.find(DigitsOf(id));
+    if (alike == namesByDigits.end() || alike->second.size() > MOST_COMPARED)
+    {
+        return "";
+    }
+    const std::vector<std::string> nearest = NearestNames(id, alike->second, 1);
+    return nearest.empty() ? "" : nearest.front();
 }
 
 std::vector<std::string> PointList::Names() const

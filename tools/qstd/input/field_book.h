@@ -38,11 +38,18 @@ public:
     /** Null for a name that is not in the list. */
     [[nodiscard]] const KnownPoint* Find(const std::string& id) const;
 
+    /**
+     * The point whose name is nearest to `id` and has the same digits; empty where none has much in common. Digits
+     * number points: names that differ in these are different points, not slips of the pen.
+     */
+    [[nodiscard]] std::string NearestTo(const std::string& id) const;
+
     /** All names, sorted. */
     [[nodiscard]] std::vector<std::string> Names() const;
 
 private:
     std::unordered_map<std::string, KnownPoint> points;
+    std::unordered_map<std::string, std::vector<std::string>> namesByDigits;
 };
 
 /** One line of the field book, as read: nothing reduced. */

@@ -19,9 +19,10 @@ struct InstrumentOptions
     bool isFaceTwo = false;
     std::optional<double> scale;
     std::optional<double> seaLevel; /**< mean elevation, in the unit of the job; switches the correction on */
-    std::optional<int> refraction;  /**< 0, 1, 2; switches the correction of curvature and refraction on */
-    std::string station;            /**< a point, as typed; empty: none */
-    std::string orientation;        /**< an angle, as typed; empty: 0 */
+    std::optional<int>
+        refraction;          /**< which coefficient: 0, 1, 2; switches the correction of curvature and refraction on */
+    std::string station;     /**< a point, as typed; empty: none */
+    std::string orientation; /**< an angle, as typed; empty: 0 */
     double instrumentHeight = 0.0;
 };
 

@@ -268,6 +268,13 @@ double RadiansOf(AngleUnit units)
     return units / UNITS_PER_RADIAN;
 }
 
+AngleUnit UnitsOf(double radians)
+{
+    const double turns = radians / (2.0 * PI);
+    const long long units = std::llround((turns - std::floor(turns)) * ANGLE_FULL_CIRCLE);
+    return WithinCircle(static_cast<AngleUnit>(units));
+}
+
 AngleUnit WithinCircle(AngleUnit units)
 {
     const AngleUnit remainder = units % ANGLE_FULL_CIRCLE;

@@ -45,6 +45,9 @@ double DegreesOf(AngleUnit units);
 
 double RadiansOf(AngleUnit units);
 
+/** The nearest unit to an angle in radians, within the circle. */
+AngleUnit UnitsOf(double radians);
+
 /** Brought into 0 to a full circle (exclusive). */
 AngleUnit WithinCircle(AngleUnit units);
 
