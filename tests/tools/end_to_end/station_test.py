@@ -142,8 +142,10 @@ class TownSurvey(StationCase):
                           ("2_sp", 1, False), ("3_sp", 1, False), ("5002", 1, False)])
         self.check_5001(stations[0]["result"], 0.02)  # without the two distances
         failed = stations[2]
-        self.assertEqual((failed["status"], failed["status_name"]), (-1, "QSTD_REJECTED"))
-        self.assertEqual(failed["reason"], "2 directions with 0 distances cannot fix a station")
+        self.assertEqual((failed["status"], failed["status_name"]), (-1, "TOO_FEW_SIGHTS"))
+        self.assertEqual(failed["reason"],
+                         "2 directions and 0 distances to 2 places: two targets fix a station only with a distance")
+        self.assertEqual(failed["usual_cause"], "targets without coordinates in the points table: 1_sp")
         self.assertNotIn("result", failed)
         text = self.expect(NOT_COMPUTED, "station", "--points", POINTS, "--sights", FIELD_BOOK).stdout.decode()
         self.assertIn("Station 5001 (2 of 2)", text)
@@ -404,7 +406,7 @@ class PlanDrawing(StationCase):
             for wanted in (f"Station {name}", name, "11", "12", "13", "14", "231", "232", "1:50 000", "2 km", "N",
                            "84000", "90000", "2000", "Legend"):
                 self.assertIn(wanted, texts)
-            self.assertEqual(sum("direction residual × " in text for text in texts), 1)
+            self.assertEqual(sum("residual × " in text for text in texts), 1)
             self.assertEqual(sum("error ellipse × " in text for text in texts), 1)
             self.assertEqual(len(list(root.iter(SVG + "ellipse"))), 2)  # at the station, and in the legend
             self.assertNotIn("left out", " ".join(texts))
@@ -500,11 +502,14 @@ class Robustness(StationCase):
         self.assertTrue(station["solved"])
         self.assertEqual(len(station["sights"]), 100004)
 
-    def test_more_sights_than_one_adjustment_takes(self):
-        sights = "station,target,hz\n" + 40000 * "A,N,0d\n" + CROSS_SIGHTS.replace("A,", "B,").split("\n", 1)[1]
-        first, second = self.compute_stations(CROSS_POINTS, sights, code=NOT_COMPUTED)
-        self.assertEqual((first["solved"], first["status_name"]), (False, "TOO_MANY_SIGHTS"))
-        self.assertTrue(second["solved"])
+    def test_more_sights_than_the_library_counts(self):
+        sights = ("station,target,hz\n" + 10000 * CROSS_SIGHTS.split("\n", 1)[1] + 40000 * "B,N,0d\n" +
+                  CROSS_SIGHTS.replace("A,", "C,").split("\n", 1)[1])
+        first, second, third = self.compute_stations(CROSS_POINTS, sights, code=NOT_COMPUTED)
+        self.assertEqual((first["solved"], first["adjusted_by"], first["redundancy"]), (True, "tool", 39997))
+        self.assertLess(math.hypot(first["result"]["northing"], first["result"]["easting"]), 1e-6)
+        self.assertEqual((second["solved"], second["status_name"]), (False, "TOO_FEW_SIGHTS"))
+        self.assertEqual((third["solved"], third["adjusted_by"]), (True, "library"))
 
     def test_geometry_without_a_solution(self):
         # On the danger circle; on one line; all targets in one place; the station upon a target.

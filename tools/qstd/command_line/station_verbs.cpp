@@ -20,22 +20,26 @@ VerbText StationText()
             "Compute free stations from sights to known points",
             "The instrument's position, height and orientation from a field book and a table of known points: by least "
             "squares over all sights, or by a closed solution from as few as there must be.\n\n"
-            "--method auto takes a two-point resection for one sight each to two targets with a distance, a "
-            "three-point resection for one sight each to three targets without distances, least squares for more, and "
-            "a known line only where nothing else fits and its azimuth is given.\n\n"
+            "Without --method the targets decide: a two-point resection for one sight each to two targets with one "
+            "distance, a three-point resection for one sight each to three targets without distances, least squares "
+            "for all else, and a known line only where nothing else is possible and its azimuth is given.\n\n"
+            "Each result is held against the sights that it came from before it is printed. Where they do not fit, the "
+            "report names the observation without which they do, and the usual mistake that explains it; from 30 "
+            "times the expected standard deviation on the exit code is 1. --sigma-direction and its like set what is "
+            "expected; the weights stay.\n\n"
             "With --south-azimuth the orientation of a closed two- or three-point resection counts from south, as the "
             "azimuth of --line-azimuth; that of an adjustment, which a known line is, too, counts from north in any "
             "case. The report says so.\n\n"
             "--columns picks columns of CSV; text and JSON have none here.\n\n"
-            "Warnings tell of a station near the circle through its targets (danger circle), of two targets nearly in "
-            "line, and of a station without redundancy.",
+            "Warnings tell of sights and heights that do not fit, of a station near the circle through its targets "
+            "(danger circle), of two targets nearly in line, and of what nothing checks.",
             {{"Directions to three known points",
               "printf 'station,target,hz\\nA,14,99-10-24\\nA,12,187-53-01\\nA,13,335-34-21\\n' > sights.csv && "
               "printf 'id,n,e\\n14,4415.08,91164.16\\n12,1475.28,90661.58\\n13,3865.36,84862.54\\n' | "
-              "qstd station --method auto --points - --sights sights.csv",
+              "qstd station --points - --sights sights.csv",
               "Station A  sights.csv:2-4\n"
               "  3 sights, 3 used: 3 directions, 0 distances; redundancy 0\n"
-              "  three-point resection, chosen for 3 directions and 0 distances to 3 targets\n"
+              "  three-point resection from 14, 12, 13; chosen for 3 directions and 0 distances to 3 targets\n"
               "\n"
               "  northing          2775.2101  m\n"
               "  easting          89398.5496  m\n"
@@ -76,7 +80,7 @@ void AddStationMethod(Verb& verb, StationOptions& options)
         ->add_option_function<std::string>(
             "--method", [&options, methods](const std::string& name) { options.method = methods.at(name); },
             "multi (least squares), two-point, three-point, known-line, or auto, which chooses by what the set-up "
-            "holds; multi when not given")
+            "holds; auto when not given")
         ->check(CLI::IsMember({"multi", "two-point", "three-point", "known-line", "auto"}))
         ->type_name("METHOD");
     verb.app
@@ -90,7 +94,31 @@ void AddStationMethod(Verb& verb, StationOptions& options)
                      "Azimuth of a known line; its second point need not be known then")
         ->type_name("ANGLE");
     verb.app->add_flag("--leave-one-out", options.isLeaveOneOut,
-                       "Repeat the adjustment without each sight, and show which one helps most");
+                       "Repeat the adjustment without each observation, and show which one helps most");
+}
+
+void AddExpectation(Verb& verb, StationOptions& options)
+{
+    verb.app
+        ->add_option("--sigma-direction", options.sigmaDirection,
+                     "Standard deviation that directions are judged by, in seconds; 2 when not given")
+        ->check(SigmaCheck())
+        ->type_name("SECONDS");
+    verb.app
+        ->add_option("--sigma-zenith", options.sigmaZenith,
+                     "The same of zenith angles; that of directions when not given")
+        ->check(SigmaCheck())
+        ->type_name("SECONDS");
+    verb.app
+        ->add_option("--sigma-distance", options.sigmaDistance,
+                     "Constant part of the standard deviation that distances are judged by; 2 mm when not given")
+        ->check(SigmaCheck())
+        ->type_name("LENGTH");
+    verb.app
+        ->add_option("--sigma-ppm", options.sigmaPpm,
+                     "Its part that grows with the distance, in millionths; 2 when not given")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("PPM");
 }
 
 void AddStationFiles(Verb& verb, OutputOptions& output)
@@ -111,6 +139,7 @@ void AddStation(CommandLine& commandLine)
     const auto options = std::make_shared<StationOptions>();
     AddStationTables(verb, *options);
     AddStationMethod(verb, *options);
+    AddExpectation(verb, *options);
     AddStationFiles(verb, verb.common->output);
     AddAzimuthOption(verb);
     AddCorrectionOptions(verb);
@@ -136,7 +165,7 @@ VerbText BenchmarkText()
             "and benchmark and is reduced by --scale, --sea-level and --refraction, which apply here only.\n\n"
             "With --sights, from each sight of a field book to a point of known height, with the mean of each set-up.",
             {{"A level sight of 1 km, corrected for curvature and refraction",
-              "qstd benchmark 0,1000,100 90d --station 0,0 --refraction 0",
+              "qstd benchmark 0,1000,100 90d --station 0,0 --refraction 0.132",
               "Height of the instrument from benchmark 0,1000,100\n"
               "\n"
               "  benchmark           0,1000,100\n"

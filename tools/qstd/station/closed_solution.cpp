@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -24,21 +25,37 @@ bool IsToUnknownPoint(const PreparedSight& prepared, const SetUp& setUp, const S
            !IsVertical(prepared);
 }
 
-/** The first sight to each target, in the order of the request. */
+/** True where a horizontal distance was measured, or can be reduced. */
+bool HasDistance(const PreparedSight& sight)
+{
+    const Sight& read = *sight.sight;
+    return read.horizontalDistance || (read.slopeDistance && sight.zenith);
+}
+
+/** The first sight to each target, or the first one with a distance where there is one; in the order of the request. */
 std::vector<size_t> Candidates(const std::vector<PreparedSight>& sights, const SetUp& setUp, bool withUnknown,
                                const StationRequest& request)
 {
     std::vector<size_t> candidates;
-    std::set<std::pair<double, double>> places;
+    std::map<std::pair<double, double>, size_t> places;
     std::set<std::string> unknown;
     for (size_t i = 0; i < sights.size(); ++i)
     {
         const PreparedSight& sight = sights[i];
-        const bool isNew =
-            sight.isUsed
-                ? places.emplace(sight.target->point.northing, sight.target->point.easting).second
-                : withUnknown && IsToUnknownPoint(sight, setUp, request) && unknown.insert(sight.sight->target).second;
-        if (isNew)
+        if (sight.isUsed)
+        {
+            const PointRecord& point = sight.target->point;
+            const auto [place, isNew] = places.emplace(std::pair(point.northing, point.easting), candidates.size());
+            if (isNew)
+            {
+                candidates.push_back(i);
+            }
+            else if (HasDistance(sight) && !HasDistance(sights[candidates[place->second]]))
+            {
+                candidates[place->second] = i;
+            }
+        }
+        else if (withUnknown && IsToUnknownPoint(sight, setUp, request) && unknown.insert(sight.sight->target).second)
         {
             candidates.push_back(i);
         }
@@ -48,17 +65,6 @@ std::vector<size_t> Candidates(const std::vector<PreparedSight>& sights, const S
                PlaceInRequest(sights[other].sight->target, request);
     });
     return candidates;
-}
-
-bool HasDistance(const PreparedSight& sight)
-{
-    if (sight.target != nullptr)
-    {
-        return sight.horizontalDistance.has_value();
-    }
-    PreparedSight reduced = sight;
-    ReduceDistance(reduced);
-    return reduced.horizontalDistance.has_value();
 }
 
 std::vector<size_t> ChooseTwo(const std::vector<PreparedSight>& sights, const std::vector<size_t>& candidates)
@@ -169,11 +175,11 @@ ClosedResult SolveThreePoint(const std::vector<PreparedSight>& chosen, LinearUni
 }
 
 /** The observation of the second point, whose coordinates the library does not read where an azimuth is given. */
-ResectObservation DirectionObservation(const PreparedSight& sight, LinearUnit unit)
+ResectObservation DirectionObservation(const PreparedSight& sight, const StationRequest& request)
 {
     if (sight.target != nullptr)
     {
-        return ToObservation(sight, unit);
+        return ToObservation(sight, request.unit);
     }
     KnownPoint nowhere;
     nowhere.point.flags = POINT_HAS_PLAN;
@@ -181,15 +187,15 @@ ResectObservation DirectionObservation(const PreparedSight& sight, LinearUnit un
     placed.target = &nowhere;
     if (!placed.horizontalDistance)
     {
-        ReduceDistance(placed);
+        ReduceDistance(placed, {request.instrument, request.unit});
     }
-    return ToObservation(placed, unit);
+    return ToObservation(placed, request.unit);
 }
 
 ClosedResult SolveKnownLine(const std::vector<PreparedSight>& chosen, const StationRequest& request)
 {
     const ResectObservation start = ToObservation(chosen[0], request.unit);
-    const ResectObservation direction = DirectionObservation(chosen[1], request.unit);
+    const ResectObservation direction = DirectionObservation(chosen[1], request);
     ResectResidual residuals[2] = {};
     ClosedResult result;
     result.status =

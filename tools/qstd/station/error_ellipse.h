@@ -1,29 +1,16 @@
 /**
  * @file error_ellipse.h
- * How well the sights fix the station: normal equations at the adjusted station, and the ellipse that they give.
+ * How well the sights fix the station: the standard error ellipse.
  */
 #ifndef QSTD_ERROR_ELLIPSE_H
 #define QSTD_ERROR_ELLIPSE_H
 
-#include "station/set_up.h"
+#include "station/plan_adjustment.h"
 
-#include <qstdlib.h>
-
+#include <cstddef>
 #include <optional>
-#include <vector>
 
 namespace qstd {
-
-/** How the errors of the sights reach the station: lengths in the unit of the job for one radian in a direction. */
-struct PositionCofactors
-{
-    double major = 0.0; /**< semi-axes of the ellipse for a standard deviation of one radian in each direction */
-    double minor = 0.0;
-    double azimuth = 0.0; /**< of the major axis, radians, 0 to below a half circle */
-    double northing = 0.0;
-    double easting = 0.0;
-    double orientation = 0.0; /**< a pure number */
-};
 
 /** Standard error ellipse of the station, and what the same equations say of the orientation. */
 struct ErrorEllipse
@@ -36,22 +23,13 @@ struct ErrorEllipse
 };
 
 /**
- * The normal equations of the library's model at a position, inverted.
+ * The ellipse of an adjusted station, from the tool's own adjustment of the same observations.
  *
- * @param unit  of the set-up; the weights of distances are metric
- * @return nothing when the equations are singular
+ * @param redundancy  of the adjustment, not 0
+ * @param unit        of the set-up
+ * @return nothing where a figure is not finite
  */
-std::optional<PositionCofactors> FormCofactors(const std::vector<PreparedSight>& sights, const PointRecord& position,
-                                               LinearUnit unit = LinearUnit::METRE);
-
-/**
- * The ellipse of an adjusted station. The library returns two precisions only; the tool forms the normal equations of
- * the same model itself and scales their inverse so that it agrees with these two.
- *
- * @return nothing when the equations are singular or the precisions say nothing
- */
-std::optional<ErrorEllipse> FormErrorEllipse(const std::vector<PreparedSight>& sights, const ResectStation& station,
-                                             LinearUnit unit = LinearUnit::METRE);
+std::optional<ErrorEllipse> FormErrorEllipse(const PlanAdjustment& plan, size_t redundancy, LinearUnit unit);
 
 } // namespace qstd
 

@@ -1,48 +1,39 @@
 #include "station/leave_one_out.h"
 
-#include "station/multi_solution.h"
+#include "station/plan_search.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace qstd {
 
 namespace {
 
-constexpr double FARTHEST_SHIFT = 1e8;
-
-/** Below a hundredth of a second the sights fit exactly, and figures differ by rounding alone. */
-constexpr double SMALLEST_GAIN = 0.01 * 4.84813681109536e-6;
-
-LeftOut SolveWithout(const std::vector<PreparedSight>& others, const StationSolution& whole)
+LeftOut SolveWithout(size_t left, const StationSolution& whole)
 {
+    std::vector<PlanObservation> others = whole.observations;
     LeftOut without;
-    const Adjustment adjustment = AdjustSights(others, whole.unit);
-    if (adjustment.status != QSTD_OK)
+    without.sight = others[left].sight;
+    without.kind = others[left].kind;
+    others.erase(others.begin() + static_cast<std::ptrdiff_t>(left));
+    if (!CanDetermine(CountPlaces(others)))
     {
         return without;
     }
-    const ResectStation& station = adjustment.station;
-    without.northingShift = station.position.northing - whole.station.position.northing;
-    without.eastingShift = station.position.easting - whole.station.position.easting;
-    without.isSolved = std::fabs(without.northingShift) < FARTHEST_SHIFT &&
-                       std::fabs(without.eastingShift) < FARTHEST_SHIFT && std::isfinite(station.northingPrecision) &&
-                       std::isfinite(station.eastingPrecision);
-    size_t observations = 0;
-    for (const PreparedSight& sight : others)
-    {
-        observations += sight.horizontalDistance ? 2U : 1U;
-    }
-    if (!without.isSolved || observations <= 3)
+    const std::optional<PlanAdjustment> plan = AdjustPlan(others, whole.plan->position);
+    if (!plan)
     {
         return without;
     }
-    without.northingPrecision = station.northingPrecision;
-    without.eastingPrecision = station.eastingPrecision;
-    const std::optional<ErrorEllipse> ellipse = FormErrorEllipse(others, station, whole.unit);
-    if (ellipse)
+    without.isSolved = true;
+    without.northingShift = FromMetres(plan->position.northing - whole.plan->position.northing, whole.unit);
+    without.eastingShift = FromMetres(plan->position.easting - whole.plan->position.easting, whole.unit);
+    const size_t redundancy = whole.Redundancy() - 1;
+    if (redundancy > 0)
     {
-        without.directionSigma = ellipse->unitDirectionSigma;
+        const double sigma = std::sqrt(plan->squareSum / static_cast<double>(redundancy));
+        without.directionSigma = sigma;
+        without.northingPrecision = FromMetres(sigma * std::sqrt(plan->cofactors[0][0]), whole.unit);
+        without.eastingPrecision = FromMetres(sigma * std::sqrt(plan->cofactors[1][1]), whole.unit);
     }
     return without;
 }
@@ -51,37 +42,20 @@ LeftOut SolveWithout(const std::vector<PreparedSight>& others, const StationSolu
 
 void LeaveOneOut(StationSolution& solution)
 {
-    if (solution.used > MOST_LEFT_OUT)
+    if (solution.observations.size() > MOST_LEFT_OUT || solution.Redundancy() == 0)
     {
         return;
     }
-    solution.leftOut.resize(solution.sights.size());
-    std::optional<double> best;
-    if (solution.ellipse)
+    for (size_t i = 0; i < solution.observations.size(); ++i)
     {
-        best = solution.ellipse->unitDirectionSigma - SMALLEST_GAIN;
-    }
-    for (size_t i = 0; i < solution.sights.size(); ++i)
-    {
-        if (!solution.sights[i].isUsed)
+        solution.leftOut.push_back(SolveWithout(i, solution));
+        const std::optional<double>& sigma = solution.leftOut.back().directionSigma;
+        const bool isBest =
+            sigma && (!solution.bestLeftOut || *sigma < *solution.leftOut[*solution.bestLeftOut].directionSigma);
+        if (isBest && (solution.fit.IsStrong() || solution.fit.HasMarked()))
         {
-            continue;
-        }
-        std::vector<PreparedSight> others;
-        for (size_t j = 0; j < solution.sights.size(); ++j)
-        {
-            if (j != i && solution.sights[j].isUsed)
-            {
-                others.push_back(solution.sights[j]);
-            }
-        }
-        const LeftOut without = SolveWithout(others, solution);
-        if (best && without.directionSigma && *without.directionSigma < *best)
-        {
-            best = without.directionSigma;
             solution.bestLeftOut = i;
         }
-        solution.leftOut[i] = without;
     }
 }
 

@@ -1,6 +1,6 @@
 /**
  * @file leave_one_out.h
- * The adjustment repeated without each sight in turn: which one does not fit the others.
+ * The adjustment repeated without each observation in turn: which one does not fit the others.
  */
 #ifndef QSTD_LEAVE_ONE_OUT_H
 #define QSTD_LEAVE_ONE_OUT_H
@@ -11,12 +11,12 @@
 
 namespace qstd {
 
-/** Set-ups with more used sights are not repeated: the work grows with the cube of their number. */
-constexpr size_t MOST_LEFT_OUT = 300;
+/** Set-ups with more observations are not repeated: the work grows with the square of their number. */
+constexpr size_t MOST_LEFT_OUT = 2000;
 
 /**
- * Fills leftOut and bestLeftOut of an adjusted station. The best is the sight without which one direction is most
- * precise, where that is more precise than with all.
+ * Fills leftOut of an adjusted station, and bestLeftOut where the set-up has a suspect: the observation without which
+ * one direction is most precise.
  */
 void LeaveOneOut(StationSolution& solution);
 

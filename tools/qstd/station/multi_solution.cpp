@@ -1,6 +1,7 @@
 #include "station/multi_solution.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <utility>
 
@@ -34,17 +35,24 @@ std::vector<size_t> SpreadOrder(const std::vector<PreparedSight>& sights)
     return order;
 }
 
-/** Which targets the library takes the station height from: those with a distance, else those with a zenith reading. */
-void CountHeightTargets(Adjustment& adjustment, const std::vector<ResectObservation>& observations)
+/** Sights with a distance first, those that are farthest from the first one of them before others. */
+std::vector<size_t> WideOrder(const std::vector<PreparedSight>& sights, std::vector<size_t> order)
 {
-    adjustment.withHeight = 0;
-    adjustment.withHeightAndDistance = 0;
-    for (const ResectObservation& observation : observations)
+    const auto rank = [&sights](const PointRecord& from, size_t sight) {
+        const PointRecord& target = sights[sight].target->point;
+        const double length = std::hypot(target.northing - from.northing, target.easting - from.easting);
+        return std::pair(!sights[sight].horizontalDistance, -length);
+    };
+    const auto first = std::find_if(order.begin(), order.end(),
+                                    [&sights](size_t sight) { return sights[sight].horizontalDistance.has_value(); });
+    if (first != order.end())
     {
-        const bool hasHeight = (observation.target.flags & POINT_HAS_HEIGHT) != 0;
-        adjustment.withHeight += hasHeight ? 1U : 0U;
-        adjustment.withHeightAndDistance += hasHeight && observation.slopeDistance != 0.0 ? 1U : 0U;
+        std::rotate(order.begin(), first, first + 1);
     }
+    const PointRecord& from = sights[order.front()].target->point;
+    std::stable_sort(order.begin() + 1, order.end(),
+                     [&](size_t one, size_t other) { return rank(from, one) < rank(from, other); });
+    return order;
 }
 
 int32_t AdjustInOrder(Adjustment& adjustment, const std::vector<PreparedSight>& sights, LinearUnit unit)
@@ -54,7 +62,6 @@ int32_t AdjustInOrder(Adjustment& adjustment, const std::vector<PreparedSight>& 
     {
         observations.push_back(ToObservation(sights[sight], unit));
     }
-    CountHeightTargets(adjustment, observations);
     const auto count = static_cast<int16_t>(observations.size());
     // One record more than counted: the library takes no null pointer, not even for no sights.
     observations.emplace_back();
@@ -79,22 +86,48 @@ void ToUnit(Adjustment& adjustment, LinearUnit unit)
 
 } // namespace
 
-Adjustment AdjustSights(const std::vector<PreparedSight>& sights, LinearUnit unit)
+bool IsProven(const std::vector<PlanObservation>& observations, const PlanPosition& position)
+{
+    constexpr double LARGEST_SHIFT = 5e-5;
+    constexpr double SHARE_OF_SIGMA = 0.002;
+    const std::optional<PlanStep> step = StepFrom(observations, position);
+    if (!step)
+    {
+        return false;
+    }
+    const double shift = std::hypot(step->change.northing, step->change.easting);
+    const double sigma = WEIGHT_DIRECTION * AxesOf(step->cofactors).major;
+    return shift <= std::max(LARGEST_SHIFT, SHARE_OF_SIGMA * sigma);
+}
+
+PlanPosition PositionOf(const ResectStation& station, LinearUnit unit)
+{
+    return {ToMetres(station.position.northing, unit), ToMetres(station.position.easting, unit),
+            RadiansOf(station.orientation)};
+}
+
+Adjustment AdjustSights(const std::vector<PreparedSight>& sights, const std::vector<PlanObservation>& observations,
+                        LinearUnit unit)
 {
     constexpr size_t MOST_ATTEMPTS = 10;
     Adjustment adjustment;
     adjustment.order = SpreadOrder(sights);
-    adjustment.status = AdjustInOrder(adjustment, sights, unit);
+    const std::vector<size_t> wide = adjustment.order.empty() ? adjustment.order : WideOrder(sights, adjustment.order);
     const size_t attempts = std::min(adjustment.order.size(), MOST_ATTEMPTS);
-    const bool isWorthwhile = adjustment.status == QSTD_REJECTED || adjustment.status == QSTD_DEGENERATE;
-    for (size_t attempt = 1; isWorthwhile && attempt < attempts; ++attempt)
+    for (size_t attempt = 0; attempt <= attempts && !adjustment.isProven; ++attempt)
     {
-        std::rotate(adjustment.order.begin(), adjustment.order.begin() + 1, adjustment.order.end());
-        if (AdjustInOrder(adjustment, sights, unit) == QSTD_OK)
+        if (attempt == attempts)
         {
-            adjustment.status = QSTD_OK;
-            break;
+            adjustment.order = wide;
         }
+        else if (attempt > 0)
+        {
+            std::rotate(adjustment.order.begin(), adjustment.order.begin() + 1, adjustment.order.end());
+        }
+        const int32_t status = AdjustInOrder(adjustment, sights, unit);
+        adjustment.status = attempt == 0 ? status : adjustment.status;
+        adjustment.isProven =
+            status == QSTD_OK && IsProven(observations, PositionOf(adjustment.station, LinearUnit::METRE));
     }
     ToUnit(adjustment, unit);
     return adjustment;

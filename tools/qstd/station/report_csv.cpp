@@ -1,5 +1,6 @@
 #include "station/report.h"
 
+#include "station/misfit_text.h"
 #include "station/small_length.h"
 #include "station/status_text.h"
 #include "text/text.h"
@@ -138,39 +139,127 @@ const std::vector<CsvColumn> SIGHT_COLUMNS = {
                               const ReportStyle& style) { return SmallCell(DifferenceToKnown(s).height, style); }},
 };
 
-/** What the set-up without this sight gives, where that was asked for. */
-const LeftOut* Without(const StationSolution& solution, size_t sight)
+template <ObservationKind KIND>
+std::string RedundancyCell(const StationSolution& solution, size_t sight, const ReportStyle& /*style*/)
 {
-    const bool isThere = !solution.leftOut.empty() && solution.leftOut[sight] && solution.leftOut[sight]->isSolved;
-    return isThere ? &*solution.leftOut[sight] : nullptr;
+    const ObservationCheck* const check = CheckOf(solution, sight, KIND);
+    return check == nullptr || solution.fit.redundancy == 0 ? "" : FormatFixed(check->redundancy, 3);
+}
+
+template <ObservationKind KIND>
+std::string StandardisedCell(const StationSolution& solution, size_t sight, const ReportStyle& /*style*/)
+{
+    const ObservationCheck* const check = CheckOf(solution, sight, KIND);
+    return check == nullptr || solution.fit.redundancy == 0 ? "" : FormatFixed(check->standardised, 2);
+}
+
+/** Words with blanks between them. */
+void AddWord(std::string& words, bool isThere, std::string_view word)
+{
+    if (isThere)
+    {
+        words += (words.empty() ? "" : " ");
+        words += word;
+    }
+}
+
+std::string MarkedCell(const StationSolution& solution, size_t sight, const ReportStyle& /*style*/)
+{
+    const auto isMarked = [](const ObservationCheck* check) { return check != nullptr && check->isMarked; };
+    std::string words;
+    AddWord(words, isMarked(CheckOf(solution, sight, ObservationKind::DIRECTION)), "direction");
+    AddWord(words, isMarked(CheckOf(solution, sight, ObservationKind::DISTANCE)), "distance");
+    AddWord(words, isMarked(HeightCheckOf(solution, sight)) || isMarked(TargetHeightCheckOf(solution, sight)),
+            "height");
+    return words;
+}
+
+std::string SuspectCell(const StationSolution& solution, size_t sight, const ReportStyle& /*style*/)
+{
+    std::string words;
+    for (const Suspect& suspect : solution.suspects)
+    {
+        AddWord(words, suspect.sight == sight, SuspectName(suspect.kind));
+    }
+    return words;
+}
+
+/** What the set-up without an observation of this sight gives, where that was asked for. */
+const LeftOut* Without(const StationSolution& solution, size_t sight, ObservationKind kind)
+{
+    for (const LeftOut& without : solution.leftOut)
+    {
+        if (without.sight == sight && without.kind == kind)
+        {
+            return without.isSolved ? &without : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+template <ObservationKind KIND>
+std::string ShiftOfNorthing(const StationSolution& solution, size_t sight, const ReportStyle& style)
+{
+    const LeftOut* const without = Without(solution, sight, KIND);
+    return without == nullptr ? "" : SmallCell(without->northingShift, style);
+}
+
+template <ObservationKind KIND>
+std::string ShiftOfEasting(const StationSolution& solution, size_t sight, const ReportStyle& style)
+{
+    const LeftOut* const without = Without(solution, sight, KIND);
+    return without == nullptr ? "" : SmallCell(without->eastingShift, style);
+}
+
+template <ObservationKind KIND>
+std::string SigmaWithout(const StationSolution& solution, size_t sight, const ReportStyle& /*style*/)
+{
+    const LeftOut* const without = Without(solution, sight, KIND);
+    return without == nullptr ? "" : SecondsCell(without->directionSigma);
+}
+
+/** The observation of this sight that helps most when it is left out. */
+std::string HelpsMost(const StationSolution& solution, size_t sight, const ReportStyle& /*style*/)
+{
+    if (!solution.bestLeftOut || solution.leftOut[*solution.bestLeftOut].sight != sight)
+    {
+        return "";
+    }
+    return solution.leftOut[*solution.bestLeftOut].kind == ObservationKind::DIRECTION ? "direction" : "distance";
 }
 
 const std::vector<CsvColumn> LEFT_OUT_COLUMNS = {
-    {"without_northing_shift_",
-     [](const StationSolution& s, size_t i, const ReportStyle& style) {
-         const LeftOut* const without = Without(s, i);
-         return without == nullptr ? "" : SmallCell(without->northingShift, style);
-     }},
-    {"without_easting_shift_",
-     [](const StationSolution& s, size_t i, const ReportStyle& style) {
-         const LeftOut* const without = Without(s, i);
-         return without == nullptr ? "" : SmallCell(without->eastingShift, style);
-     }},
-    {"without_direction_sigma_seconds",
+    {"without_direction_northing_shift_", ShiftOfNorthing<ObservationKind::DIRECTION>},
+    {"without_direction_easting_shift_", ShiftOfEasting<ObservationKind::DIRECTION>},
+    {"without_direction_sigma_seconds", SigmaWithout<ObservationKind::DIRECTION>},
+    {"without_distance_northing_shift_", ShiftOfNorthing<ObservationKind::DISTANCE>},
+    {"without_distance_easting_shift_", ShiftOfEasting<ObservationKind::DISTANCE>},
+    {"without_distance_sigma_seconds", SigmaWithout<ObservationKind::DISTANCE>},
+    {"helps_most", HelpsMost},
+};
+
+// What the other observations say of those of the sight.
+const std::vector<CsvColumn> CHECK_COLUMNS = {
+    {"fits", [](const StationSolution& s, size_t,
+                const ReportStyle&) { return s.IsSolved() && s.IsChecked() ? std::string(s.Fits() ? "1" : "0") : ""; }},
+    {"direction_redundancy", RedundancyCell<ObservationKind::DIRECTION>},
+    {"direction_standardised", StandardisedCell<ObservationKind::DIRECTION>},
+    {"distance_redundancy", RedundancyCell<ObservationKind::DISTANCE>},
+    {"distance_standardised", StandardisedCell<ObservationKind::DISTANCE>},
+    {"height_standardised",
      [](const StationSolution& s, size_t i, const ReportStyle&) {
-         const LeftOut* const without = Without(s, i);
-         return without == nullptr ? "" : SecondsCell(without->directionSigma);
+         const ObservationCheck* const check = HeightCheckOf(s, i);
+         return check == nullptr || s.heightFit.redundancy == 0 ? "" : FormatFixed(check->standardised, 2);
      }},
-    {"helps_most",
-     [](const StationSolution& s, size_t i, const ReportStyle&) {
-         return Without(s, i) == nullptr ? "" : std::string(i == s.bestLeftOut ? "1" : "0");
-     }},
+    {"marked", MarkedCell},
+    {"suspect", SuspectCell},
 };
 
 std::vector<CsvColumn> AllColumns(const ReportStyle& style)
 {
     std::vector<CsvColumn> all = STATION_COLUMNS;
     all.insert(all.end(), SIGHT_COLUMNS.begin(), SIGHT_COLUMNS.end());
+    all.insert(all.end(), CHECK_COLUMNS.begin(), CHECK_COLUMNS.end());
     if (style.isLeaveOneOut)
     {
         all.insert(all.end(), LEFT_OUT_COLUMNS.begin(), LEFT_OUT_COLUMNS.end());

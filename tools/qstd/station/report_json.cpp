@@ -1,5 +1,6 @@
 #include "station/report.h"
 
+#include "station/misfit_text.h"
 #include "station/station_doubts.h"
 #include "station/status_text.h"
 
@@ -95,10 +96,13 @@ Json CheckObject(const StationSolution& solution)
     return object;
 }
 
-Json LeftOutObject(const LeftOut& without, bool isBest)
+Json LeftOutObject(const LeftOut& without, const StationSolution& solution, bool isBest)
 {
     const std::optional<double> nothing;
     Json object;
+    object["line"] = solution.sights[without.sight].sight->line;
+    object["target"] = solution.sights[without.sight].sight->target;
+    object["observation"] = without.kind == ObservationKind::DIRECTION ? "direction" : "distance";
     object["solved"] = without.isSolved;
     AddOptional(object, "northing_shift", without.isSolved ? std::optional(without.northingShift) : nothing);
     AddOptional(object, "easting_shift", without.isSolved ? std::optional(without.eastingShift) : nothing);
@@ -108,6 +112,66 @@ Json LeftOutObject(const LeftOut& without, bool isBest)
                 without.directionSigma ? std::optional(*without.directionSigma * DEGREES_PER_RADIAN) : nothing);
     object["helps_most"] = isBest;
     return object;
+}
+
+/** What the others say of an observation; null where nothing does. An angle's error is in degrees. */
+Json CheckOfObservation(const ObservationCheck* check, bool isAngle, LinearUnit unit)
+{
+    if (check == nullptr)
+    {
+        return nullptr;
+    }
+    Json object;
+    object["redundancy_number"] = check->redundancy;
+    object["f_percent"] = 100.0 * (1.0 - std::sqrt(1.0 - check->redundancy));
+    object["standardised"] = check->standardised;
+    object["studentised"] = check->studentised;
+    object[isAngle ? "estimated_error_degrees" : "estimated_error"] =
+        isAngle ? check->estimatedError * DEGREES_PER_RADIAN : FromMetres(check->estimatedError, unit);
+    object["marked"] = check->isMarked;
+    object["unchecked"] = check->isUnchecked;
+    return object;
+}
+
+void AddChecks(Json& object, const StationSolution& solution, size_t sight)
+{
+    const bool isChecked = solution.fit.redundancy > 0;
+    const auto check = [&](ObservationKind kind) { return isChecked ? CheckOf(solution, sight, kind) : nullptr; };
+    object["direction_check"] = CheckOfObservation(check(ObservationKind::DIRECTION), true, solution.unit);
+    object["distance_check"] = CheckOfObservation(check(ObservationKind::DISTANCE), false, solution.unit);
+    object["height_check"] = CheckOfObservation(
+        solution.heightFit.redundancy > 0 ? HeightCheckOf(solution, sight) : nullptr, false, solution.unit);
+    object["target_height_check"] = CheckOfObservation(
+        solution.targetHeightFit.redundancy > 0 ? TargetHeightCheckOf(solution, sight) : nullptr, false, solution.unit);
+}
+
+Json SuspectObject(const Suspect& suspect, const StationSolution& solution, const ReportStyle& style)
+{
+    const Sight& sight = *solution.sights[suspect.sight].sight;
+    const bool isDirection = suspect.kind == SuspectKind::DIRECTION;
+    const bool isHeight = suspect.kind == SuspectKind::HEIGHT;
+    const std::optional<double> nothing;
+    Json object;
+    object["target"] = sight.target;
+    object["line"] = sight.line;
+    object["observation"] = SuspectName(suspect.kind);
+    AddOptional(object, isDirection ? "error_degrees" : "error",
+                isDirection && suspect.error ? std::optional(*suspect.error * DEGREES_PER_RADIAN) : suspect.error);
+    AddOptional(object, isHeight ? "fit" : "fit_degrees",
+                isHeight || !suspect.fit ? suspect.fit : std::optional(*suspect.fit * DEGREES_PER_RADIAN));
+    object["text"] = SuspectText(suspect, solution, style.angles);
+    return object;
+}
+
+/** Which observations are suspected, and which usual mistakes would explain the misfit. */
+void AddSuspects(Json& object, const StationSolution& solution, const ReportStyle& style)
+{
+    object["suspects"] = Json::array();
+    for (const Suspect& suspect : solution.suspects)
+    {
+        object["suspects"].push_back(SuspectObject(suspect, solution, style));
+    }
+    object["causes"] = solution.causes;
 }
 
 Json SightObject(const PreparedSight& prepared, const SightResidual& residual)
@@ -129,6 +193,25 @@ Json SightObject(const PreparedSight& prepared, const SightResidual& residual)
     return object;
 }
 
+/** The positions that a station may have where it has more than one. */
+void AddCandidates(Json& object, const StationSolution& solution)
+{
+    for (const PointRecord& candidate : solution.candidates)
+    {
+        object["candidates"].push_back({{"northing", candidate.northing}, {"easting", candidate.easting}});
+    }
+}
+
+Json LeftOutObjects(const StationSolution& solution)
+{
+    Json objects = Json::array();
+    for (size_t i = 0; i < solution.leftOut.size(); ++i)
+    {
+        objects.push_back(LeftOutObject(solution.leftOut[i], solution, i == solution.bestLeftOut));
+    }
+    return objects;
+}
+
 /** Where solved the station and what tells how good it is, else why there is none. */
 void AddOutcome(Json& object, const StationSolution& solution)
 {
@@ -138,6 +221,7 @@ void AddOutcome(Json& object, const StationSolution& solution)
         object["reason"] = words.reason;
         object["usual_cause"] = words.usualCause;
         object["remedy"] = words.remedy;
+        AddCandidates(object, solution);
         return;
     }
     object["result"] = StationObject(solution);
@@ -162,10 +246,7 @@ Json SightObjects(const StationSolution& solution)
     for (size_t i = 0; i < solution.sights.size(); ++i)
     {
         sights.push_back(SightObject(solution.sights[i], solution.residuals[i]));
-        if (!solution.leftOut.empty() && solution.leftOut[i])
-        {
-            sights.back()["without"] = LeftOutObject(*solution.leftOut[i], i == solution.bestLeftOut);
-        }
+        AddChecks(sights.back(), solution, i);
     }
     return sights;
 }
@@ -179,7 +260,10 @@ Json SetUpObject(const StationSolution& solution, const ReportStyle& style)
     object["solved"] = solution.IsSolved();
     object["status"] = solution.status;
     object["status_name"] = OutcomeName(solution);
+    object["fits"] = !solution.IsSolved() ? Json(false) : solution.IsChecked() ? Json(solution.Fits()) : Json(nullptr);
     object["method"] = MethodName(solution.method);
+    object["adjusted_by"] = solution.isByTool ? "tool" : "library";
+    object["targets"] = TargetNames(solution);
     object["unit"] = UnitSymbol(solution.unit);
     AddOutcome(object, solution);
     AddOptional(object, "instrument_height", solution.setUp->instrumentHeight);
@@ -187,6 +271,11 @@ Json SetUpObject(const StationSolution& solution, const ReportStyle& style)
     object["distances"] = solution.distances;
     object["reduced_from_face_two"] = solution.faceTwo;
     object["warnings"] = solution.IsSolved() ? Json(DoubtTexts(solution, style.angles, true)) : Json::array();
+    AddSuspects(object, solution, style);
+    if (style.isLeaveOneOut)
+    {
+        object["left_out"] = LeftOutObjects(solution);
+    }
     object["sights"] = SightObjects(solution);
     return object;
 }

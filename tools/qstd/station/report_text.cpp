@@ -1,6 +1,7 @@
 #include "station/report.h"
 
 #include "station/leave_one_out.h"
+#include "station/misfit_text.h"
 #include "station/small_length.h"
 #include "station/station_doubts.h"
 #include "station/status_text.h"
@@ -35,14 +36,41 @@ std::string SignedSeconds(std::optional<double> radians)
     return radians ? FormatSigned(*radians * SECONDS_PER_RADIAN, 1) : "";
 }
 
+/** The names of targets, the first ones where there are many. */
+std::string TargetList(const std::vector<std::string>& names)
+{
+    constexpr size_t MOST_NAMED = 8;
+    std::string list;
+    for (size_t i = 0; i < names.size() && i < MOST_NAMED; ++i)
+    {
+        list += (i == 0 ? "" : ", ") + names[i];
+    }
+    return names.size() > MOST_NAMED ? fmt::format("{} and {} more", list, names.size() - MOST_NAMED) : list;
+}
+
+/** The method, the targets that the station rests on, and who has adjusted. */
+std::string MethodLines(const StationSolution& solution)
+{
+    const std::vector<std::string> names = TargetNames(solution);
+    std::string text = fmt::format("  {}", MethodTitle(solution.method));
+    text += names.empty() ? "" : (solution.IsSolved() ? " from " : " of sights to ") + TargetList(names);
+    text += solution.choice.empty() ? "\n" : fmt::format("; chosen for {}\n", solution.choice);
+    if (solution.isByTool)
+    {
+        text += "  adjusted by qstd itself, with the same weights: the library found no station from these sights\n";
+    }
+    return text;
+}
+
 std::string Heading(const StationSolution& solution, const ReportStyle& style)
 {
     const SetUp& setUp = *solution.setUp;
     std::string line = fmt::format("Station {}  {}:{}", SetUpName(setUp), style.sightsFile, setUp.sights.front().line);
     line += setUp.sights.size() > 1 ? fmt::format("-{}\n", setUp.sights.back().line) : "\n";
-    std::string text = fmt::format("  {}, {} used: {}, {}", Counted(setUp.sights.size(), "sight", "sights"),
-                                   solution.used, Counted(solution.directions, "direction", "directions"),
-                                   Counted(solution.distances, "distance", "distances"));
+    std::string text =
+        fmt::format("  {}, {} {}: {}, {}", Counted(setUp.sights.size(), "sight", "sights"), solution.used,
+                    solution.IsSolved() ? "used" : "usable", Counted(solution.directions, "direction", "directions"),
+                    Counted(solution.distances, "distance", "distances"));
     if (solution.IsSolved())
     {
         text += fmt::format("; redundancy {}", solution.Redundancy());
@@ -52,15 +80,7 @@ std::string Heading(const StationSolution& solution, const ReportStyle& style)
         text += fmt::format("; {} reduced from face two", solution.faceTwo);
     }
     text += "\n";
-    if (!solution.choice.empty())
-    {
-        text += fmt::format("  {}, chosen for {}\n", MethodTitle(solution.method), solution.choice);
-    }
-    else if (solution.method != StationMethod::MULTI)
-    {
-        text += fmt::format("  {}\n", MethodTitle(solution.method));
-    }
-    return line + text;
+    return line + text + MethodLines(solution);
 }
 
 std::string PrecisionText(const StationSolution& solution, double precision)
@@ -81,9 +101,10 @@ std::string HeightLines(const StationSolution& solution, const ReportStyle& styl
     }
     const std::string_view unit = UnitSymbol(solution.unit);
     const std::string origin = fmt::format(
-        "{}  instrument axis, from {} by {}{}", unit, Counted(solution.heightTargets, "target", "targets"),
+        "{}  instrument axis, from {} by {}{}{}", unit, Counted(solution.heightTargets, "target", "targets"),
         solution.isHeightByDistance ? "distance" : "zenith angle",
-        solution.heightTargets > 1 ? ", spread " + SmallLengthText(solution.station.heightSpread, solution.unit) : "");
+        solution.heightTargets > 1 ? ", spread " + SmallLengthText(solution.station.heightSpread, solution.unit) : "",
+        solution.heightPoints.size() == 1 ? ", unchecked" : "");
     std::string lines = FigureLine("height", FormatFixed(solution.station.position.height, style.decimals), origin);
     if (solution.markHeight)
     {
@@ -203,11 +224,25 @@ std::string StationBlock(const StationSolution& solution, const ReportStyle& sty
     return text;
 }
 
-std::string FailureBlock(const StationSolution& solution)
+std::string FailureBlock(const StationSolution& solution, const ReportStyle& style)
 {
     const StatusText words = DescribeFailure(solution);
-    return WrappedLine("NOT SOLVED:", fmt::format("{} ({})", words.reason, OutcomeName(solution))) +
-           WrappedLine("usual cause:", words.usualCause) + WrappedLine("what to do:", words.remedy);
+    std::string text = WrappedLine("NOT SOLVED:", fmt::format("{} ({})", words.reason, OutcomeName(solution)));
+    for (const PointRecord& candidate : solution.candidates)
+    {
+        text += WrappedLine("possible:",
+                            fmt::format("northing {}  easting {}", FormatFixed(candidate.northing, style.decimals),
+                                        FormatFixed(candidate.easting, style.decimals)));
+    }
+    for (const Suspect& suspect : solution.suspects)
+    {
+        text += WrappedLine("suspect:", SuspectText(suspect, solution, style.angles));
+    }
+    for (const std::string& cause : solution.causes)
+    {
+        text += WrappedLine("cause:", cause);
+    }
+    return text + WrappedLine("usual cause:", words.usualCause) + WrappedLine("what to do:", words.remedy);
 }
 
 std::vector<std::string> SightRow(const PreparedSight& prepared, const SightResidual& residual,
@@ -247,14 +282,72 @@ std::string SightTable(const StationSolution& solution, const ReportStyle& style
     return FormatTable(columns, rows, "  ");
 }
 
-std::vector<std::string> LeftOutRow(const LeftOut& without, const std::string& target, bool isBest, LinearUnit unit)
+const char* KindName(ObservationKind kind)
 {
+    return kind == ObservationKind::DIRECTION ? "direction" : "distance";
+}
+
+/** One observation and what the others say of it. */
+std::vector<std::string> CheckRow(const std::string& target, const char* kind, const ObservationCheck& check,
+                                  const std::string& error)
+{
+    const double share = 100.0 * (1.0 - std::sqrt(1.0 - check.redundancy));
+    const bool isChecked = !check.isUnchecked;
+    return {target,
+            kind,
+            FormatFixed(share, 1),
+            isChecked ? FormatFixed(std::fabs(check.studentised), 1) : "",
+            isChecked ? FormatFixed(std::fabs(check.standardised), 1) : "",
+            isChecked ? error : "",
+            check.isMarked      ? "*"
+            : check.isUnchecked ? "unchecked"
+                                : ""};
+}
+
+/** How the observations check each other. */
+std::string CheckTable(const StationSolution& solution)
+{
+    if (!solution.IsChecked())
+    {
+        return "";
+    }
+    const std::vector<TextColumn> columns = {{"check", Alignment::LEFT}, {"", Alignment::LEFT},
+                                             {"f %", Alignment::RIGHT},  {"|v'|", Alignment::RIGHT},
+                                             {"|w|", Alignment::RIGHT},  {"est. error", Alignment::RIGHT},
+                                             {"remark", Alignment::LEFT}};
+    const auto length = [&solution](double metres) {
+        return fmt::format("{} {}", SignedSmallLength(FromMetres(metres, solution.unit), solution.unit),
+                           SmallLengthSymbol(solution.unit));
+    };
+    std::vector<std::vector<std::string>> rows;
+    for (size_t i = 0; i < solution.fit.checks.size() && solution.fit.redundancy > 0; ++i)
+    {
+        const PlanObservation& observation = solution.observations[i];
+        const ObservationCheck& check = solution.fit.checks[i];
+        const bool isDirection = observation.kind == ObservationKind::DIRECTION;
+        rows.push_back(
+            CheckRow(solution.sights[observation.sight].sight->target, KindName(observation.kind), check,
+                     isDirection ? SignedSeconds(check.estimatedError) + " \" " : length(check.estimatedError)));
+    }
+    for (size_t i = 0; i < solution.heightPoints.size() && solution.targetHeightFit.redundancy > 0; ++i)
+    {
+        const ObservationCheck& check = solution.targetHeightFit.checks[i];
+        rows.push_back(CheckRow(solution.heightPoints[i]->id, "height", check, length(check.estimatedError)));
+    }
+    return "\n" + FormatTable(columns, rows, "  ");
+}
+
+std::vector<std::string> LeftOutRow(const LeftOut& without, const StationSolution& solution, bool isBest)
+{
+    const LinearUnit unit = solution.unit;
+    const std::string& target = solution.sights[without.sight].sight->target;
     const auto figure = [unit](std::optional<double> value) { return value ? SmallLengthFigure(*value, unit) : ""; };
     if (!without.isSolved)
     {
-        return {target, "", "", "", "", "", "not solved"};
+        return {target, KindName(without.kind), "", "", "", "", "", "not solved"};
     }
     return {target,
+            KindName(without.kind),
             SignedSmallLength(without.northingShift, unit),
             SignedSmallLength(without.eastingShift, unit),
             figure(without.northingPrecision),
@@ -263,41 +356,39 @@ std::vector<std::string> LeftOutRow(const LeftOut& without, const std::string& t
             isBest ? "helps most" : ""};
 }
 
-/** How the station changes without each sight. */
+/** How the station changes without each observation. */
 std::string LeftOutTable(const StationSolution& solution)
 {
     const std::string symbol(SmallLengthSymbol(solution.unit));
-    const std::vector<TextColumn> columns = {{"without", Alignment::LEFT},        {"n " + symbol, Alignment::RIGHT},
-                                             {"e " + symbol, Alignment::RIGHT},   {"± n " + symbol, Alignment::RIGHT},
-                                             {"± e " + symbol, Alignment::RIGHT}, {"direction ± \"", Alignment::RIGHT},
-                                             {"remark", Alignment::LEFT}};
+    const std::vector<TextColumn> columns = {{"without", Alignment::LEFT},         {"", Alignment::LEFT},
+                                             {"n " + symbol, Alignment::RIGHT},    {"e " + symbol, Alignment::RIGHT},
+                                             {"± n " + symbol, Alignment::RIGHT},  {"± e " + symbol, Alignment::RIGHT},
+                                             {"direction ± \"", Alignment::RIGHT}, {"remark", Alignment::LEFT}};
     std::vector<std::vector<std::string>> rows;
     for (size_t i = 0; i < solution.leftOut.size(); ++i)
     {
-        if (solution.leftOut[i])
-        {
-            rows.push_back(LeftOutRow(*solution.leftOut[i], solution.sights[i].sight->target, i == solution.bestLeftOut,
-                                      solution.unit));
-        }
+        rows.push_back(LeftOutRow(solution.leftOut[i], solution, i == solution.bestLeftOut));
     }
-    const std::string verdict = solution.bestLeftOut ? ""
-                                : solution.Redundancy() <= 1
-                                    ? "  Nothing would check the others: no redundancy is left without a sight.\n"
-                                    : "  No sight stands out: without any of them one direction is no more precise.\n";
+    const std::string verdict =
+        solution.bestLeftOut ? ""
+        : solution.Redundancy() <= 1
+            ? "  Nothing would check the others: no redundancy is left without an observation.\n"
+            : "  Nothing is wrong: no observation stands out.\n";
     return FormatTable(columns, rows, "  ") + verdict;
 }
 
-/** Without each sight in turn, or why not. */
+/** Without each observation in turn, or why not. */
 std::string LeftOutBlock(const StationSolution& solution)
 {
     if (!solution.leftOut.empty())
     {
         return "\n" + LeftOutTable(solution);
     }
-    return solution.method == StationMethod::MULTI
-               ? fmt::format("\n  Not repeated without each sight: more than {} are used.\n", MOST_LEFT_OUT)
-               : fmt::format("\n  Not repeated without each sight: a {} takes no more than it needs.\n",
-                             MethodTitle(solution.method));
+    if (solution.Redundancy() == 0)
+    {
+        return "\n  Not repeated without each observation: the set-up has no more than it needs.\n";
+    }
+    return fmt::format("\n  Not repeated without each observation: there are more than {}.\n", MOST_LEFT_OUT);
 }
 
 } // namespace
@@ -310,8 +401,9 @@ std::string SetUpName(const SetUp& setUp)
 
 std::string TextReport(const StationSolution& solution, const ReportStyle& style)
 {
-    const std::string result = solution.IsSolved() ? StationBlock(solution, style) : FailureBlock(solution);
+    const std::string result = solution.IsSolved() ? StationBlock(solution, style) : FailureBlock(solution, style);
     std::string text = Heading(solution, style) + "\n" + result + "\n" + SightTable(solution, style);
+    text += solution.IsSolved() ? CheckTable(solution) : "";
     if (style.isLeaveOneOut && solution.IsSolved())
     {
         text += LeftOutBlock(solution);

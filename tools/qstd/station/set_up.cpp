@@ -1,5 +1,10 @@
 #include "station/set_up.h"
 
+#include "station/distance_reduction.h"
+#include "text/text.h"
+
+#include <fmt/format.h>
+
 #include <cmath>
 
 namespace qstd {
@@ -25,8 +30,15 @@ void ReduceFace(PreparedSight& prepared)
     }
 }
 
+/** A name in which only letters' case, separators or a letter differ from that of a point. */
+std::string NotKnown(const std::string& name, const PointList& points)
+{
+    const std::string near = points.NearestTo(name);
+    return near.empty() ? "not a known point" : fmt::format("not a known point; {}?", near);
+}
+
 /** Why a sight cannot be brought together with a target, or nothing. */
-std::string ReasonAgainst(const PreparedSight& prepared, const SetUp& setUp)
+std::string ReasonAgainst(const PreparedSight& prepared, const SetUp& setUp, const PointList& points)
 {
     if (prepared.sight->target == setUp.station)
     {
@@ -34,11 +46,12 @@ std::string ReasonAgainst(const PreparedSight& prepared, const SetUp& setUp)
     }
     if (prepared.target == nullptr)
     {
-        return "not a known point";
+        return NotKnown(prepared.sight->target, points);
     }
     if ((prepared.target->point.flags & POINT_HAS_PLAN) == 0)
     {
-        return "known point without n and e";
+        return (prepared.target->point.flags & POINT_HAS_HEIGHT) != 0 ? "height only, but no distance and zenith"
+                                                                      : "known point without n and e";
     }
     if (IsVertical(prepared))
     {
@@ -47,19 +60,34 @@ std::string ReasonAgainst(const PreparedSight& prepared, const SetUp& setUp)
     return "";
 }
 
-PreparedSight PrepareSight(const Sight& sight, const SetUp& setUp, const PointList& points)
+/** A point of which only the height is known gives the station's height, where distance and zenith were measured. */
+bool IsBenchmark(const PreparedSight& prepared)
+{
+    return prepared.sight->isWanted && prepared.target != nullptr && prepared.verticalDifference &&
+           (prepared.target->point.flags & (POINT_HAS_PLAN | POINT_HAS_HEIGHT)) == POINT_HAS_HEIGHT;
+}
+
+PreparedSight PrepareSight(const Sight& sight, const SetUp& setUp, const PointList& points, const Reduction& reduction)
 {
     PreparedSight prepared;
     prepared.sight = &sight;
     prepared.target = points.Find(sight.target);
     ReduceFace(prepared);
-    prepared.remark = ReasonAgainst(prepared, setUp);
+    prepared.remark = ReasonAgainst(prepared, setUp, points);
     if (!prepared.remark.empty())
     {
+        PreparedSight reduced = prepared;
+        ReduceDistance(reduced, reduction);
+        if (prepared.sight->target != setUp.station && IsBenchmark(reduced))
+        {
+            prepared = reduced;
+            prepared.benchmark = prepared.target;
+            prepared.remark = "for the height only";
+        }
         prepared.target = nullptr;
         return prepared;
     }
-    ReduceDistance(prepared);
+    ReduceDistance(prepared, reduction);
     prepared.isUsed = sight.isWanted;
     if (!sight.isWanted)
     {
@@ -71,40 +99,46 @@ PreparedSight PrepareSight(const Sight& sight, const SetUp& setUp, const PointLi
 } // namespace
 
 /** A slope distance needs the zenith reading; a horizontal one stands alone, but then without a height difference. */
-void ReduceDistance(PreparedSight& prepared)
+void ReduceDistance(PreparedSight& prepared, const Reduction& reduction)
 {
     const Sight& sight = *prepared.sight;
-    if (prepared.zenith)
+    if (!prepared.zenith)
     {
-        const double zenith = RadiansOf(*prepared.zenith);
         if (sight.slopeDistance)
         {
-            prepared.horizontalDistance = *sight.slopeDistance * std::sin(zenith);
-            prepared.verticalDifference = *sight.slopeDistance * std::cos(zenith);
+            prepared.remark = "sd without v: distance not used";
         }
         else if (sight.horizontalDistance)
         {
-            prepared.horizontalDistance = sight.horizontalDistance;
-            prepared.verticalDifference = *sight.horizontalDistance / std::tan(zenith);
+            prepared.horizontalDistance = PlanDistance(*sight.horizontalDistance, reduction);
         }
+        return;
     }
-    else if (sight.slopeDistance)
+    const double zenith = RadiansOf(*prepared.zenith);
+    std::optional<GroundDistance> ground;
+    if (sight.slopeDistance)
     {
-        prepared.remark = "sd without v: distance not used";
+        ground = {*sight.slopeDistance * std::sin(zenith), *sight.slopeDistance * std::cos(zenith)};
     }
-    else
+    else if (sight.horizontalDistance)
     {
-        prepared.horizontalDistance = sight.horizontalDistance;
+        ground = {*sight.horizontalDistance, *sight.horizontalDistance / std::tan(zenith)};
+    }
+    if (ground)
+    {
+        const GroundDistance level = LevelDistance(*ground, reduction);
+        prepared.horizontalDistance = PlanDistance(level.horizontal, reduction);
+        prepared.verticalDifference = level.vertical;
     }
 }
 
-std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& points)
+std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& points, const Reduction& reduction)
 {
     std::vector<PreparedSight> all;
     all.reserve(setUp.sights.size());
     for (const Sight& sight : setUp.sights)
     {
-        all.push_back(PrepareSight(sight, setUp, points));
+        all.push_back(PrepareSight(sight, setUp, points, reduction));
     }
     return all;
 }

@@ -6,6 +6,7 @@
 #define QSTD_SET_UP_H
 
 #include "input/field_book.h"
+#include "instrument/simulated_instrument.h"
 #include "text/unit.h"
 
 #include <qstdlib.h>
@@ -21,7 +22,9 @@ struct PreparedSight
 {
     const Sight* sight = nullptr;
     const KnownPoint* target = nullptr; /**< null where there are no plan coordinates to go with */
-    bool isFaceTwo = false;             /**< as read; the angles below are reduced */
+    const KnownPoint* benchmark =
+        nullptr;            /**< a point of known height alone that serves the height, and nothing else */
+    bool isFaceTwo = false; /**< as read; the angles below are reduced */
     AngleUnit circle = 0;
     std::optional<AngleUnit> zenith;
     std::optional<double> horizontalDistance; /**< measured, or reduced from the slope */
@@ -30,11 +33,21 @@ struct PreparedSight
     std::string remark; /**< why the sight, or a part of it, does not take part */
 };
 
-/** All sights of a set-up, in its order. The set-up and the points must outlive the result. */
-std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& points);
+/** What measured distances are reduced with: settings of the instrument, and the unit of the job. */
+struct Reduction
+{
+    SimulatedInstrument instrument;
+    LinearUnit unit = LinearUnit::METRE;
+};
 
-/** Brings the distance of a sight to the horizontal: of one to a target that is not known, which is left as read. */
-void ReduceDistance(PreparedSight& prepared);
+/** All sights of a set-up, in its order. The set-up and the points must outlive the result. */
+std::vector<PreparedSight> PrepareSights(const SetUp& setUp, const PointList& points, const Reduction& reduction = {});
+
+/**
+ * Brings the distance of a sight to the horizontal and to the plan: curvature and refraction, sea level and scale by
+ * the settings.
+ */
+void ReduceDistance(PreparedSight& prepared, const Reduction& reduction);
 
 /** True for a zenith angle in face one so near to the vertical that the sight has no direction. */
 bool IsVertical(AngleUnit zenith);

@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 namespace qstd {
 
 namespace {
@@ -29,7 +31,9 @@ std::string SignedSmallLength(double length, LinearUnit unit)
 
 std::string SmallLengthText(double length, LinearUnit unit)
 {
-    return fmt::format("{} {}", SmallLengthFigure(length, unit), SmallLengthSymbol(unit));
+    const bool isSmall = unit != LinearUnit::METRE || std::fabs(length) < 1.0;
+    return isSmall ? fmt::format("{} {}", SmallLengthFigure(length, unit), SmallLengthSymbol(unit))
+                   : LengthWithUnit(length, unit);
 }
 
 std::string LengthWithUnit(double length, LinearUnit unit)

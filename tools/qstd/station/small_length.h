@@ -21,7 +21,7 @@ std::string SmallLengthFigure(double length, LinearUnit unit);
 /** As SmallLengthFigure, with a plus sign above zero. */
 std::string SignedSmallLength(double length, LinearUnit unit);
 
-/** Figure and symbol, such as 3.2 mm. */
+/** Figure and symbol, such as 3.2 mm; metres from one metre on. */
 std::string SmallLengthText(double length, LinearUnit unit);
 
 /** A longer one with three decimals, such as 12.345 m. */

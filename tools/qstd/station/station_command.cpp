@@ -7,6 +7,7 @@
 #include "station/station_doubts.h"
 #include "station/station_files.h"
 #include "station/station_solution.h"
+#include "station/status_text.h"
 #include "text/message.h"
 #include "text/text.h"
 
@@ -204,6 +205,21 @@ std::string OptionProblem(const StationOptions& options)
     return "";
 }
 
+/** Seconds, and the unit of the job. */
+Expectation ExpectationFrom(const StationOptions& options)
+{
+    constexpr double MILLION = 1e6;
+    Expectation expectation;
+    expectation.direction = options.sigmaDirection ? *options.sigmaDirection * ARC_SECOND : expectation.direction;
+    expectation.zenith = options.sigmaZenith ? *options.sigmaZenith * ARC_SECOND : expectation.direction;
+    if (options.sigmaDistance)
+    {
+        expectation.distance = ToMetres(*options.sigmaDistance, options.output.unit);
+    }
+    expectation.distanceProportion = options.sigmaPpm ? *options.sigmaPpm / MILLION : expectation.distanceProportion;
+    return expectation;
+}
+
 /** The request of the options; throws WrongUse for an azimuth that is none. */
 StationRequest RequestFrom(const StationOptions& options)
 {
@@ -213,6 +229,7 @@ StationRequest RequestFrom(const StationOptions& options)
     request.unit = options.output.unit;
     request.instrument = InstrumentFrom(options.instrument, options.output.unit);
     request.isLeaveOneOut = options.isLeaveOneOut;
+    request.expectation = ExpectationFrom(options);
     if (!options.lineAzimuth.empty())
     {
         const ParsedAngle azimuth = ParseAngle(options.lineAzimuth, options.output.angle);
@@ -274,7 +291,13 @@ std::string WarningMessages(const std::vector<StationSolution>& solutions, const
     std::string text;
     for (const StationSolution& solution : solutions)
     {
-        if (solution.IsSolved())
+        if (!solution.IsSolved())
+        {
+            text += fmt::format("{}:{}: station {}: not solved: {}\n", style.sightsFile,
+                                solution.setUp->sights.front().line, SetUpName(*solution.setUp),
+                                DescribeFailure(solution).reason);
+        }
+        else
         {
             for (const std::string& warning : DoubtTexts(solution, style.angles, true))
             {
@@ -319,9 +342,9 @@ CommandResult Compute(const StationOptions& options, const StationRequest& reque
     {
         return {EXIT_WRONG_USE, fmt::format("qstd: {}\n", problem)};
     }
-    const bool allSolved = std::all_of(solutions.begin(), solutions.end(),
-                                       [](const StationSolution& solution) { return solution.IsSolved(); });
-    result.exitCode = allSolved ? EXIT_ALL_DONE : EXIT_NOT_COMPUTED;
+    const bool areSound = std::all_of(solutions.begin(), solutions.end(),
+                                      [](const StationSolution& solution) { return solution.IsSound(); });
+    result.exitCode = areSound ? EXIT_ALL_DONE : EXIT_NOT_COMPUTED;
     return result;
 }
 

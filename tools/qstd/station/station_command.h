@@ -9,6 +9,7 @@
 #include "results/output_options.h"
 #include "station/station_method.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,14 @@ struct StationOptions
     std::vector<std::string> names; /**< none: all stations that are no known points */
     std::string points;
     std::string sights;
-    StationMethod method = StationMethod::MULTI;
+    StationMethod method = StationMethod::AUTO;
     std::vector<std::string> targets; /**< none: all */
     std::string lineAzimuth;          /**< an angle, as typed; empty: none */
     bool isLeaveOneOut = false;
+    std::optional<double> sigmaDirection; /**< that sights are judged by: seconds */
+    std::optional<double> sigmaZenith;    /**< seconds; none: as sigmaDirection */
+    std::optional<double> sigmaDistance;  /**< in the unit of the job */
+    std::optional<double> sigmaPpm;       /**< of the distance */
     OutputOptions output;
     InstrumentOptions instrument; /**< its corrections */
 };

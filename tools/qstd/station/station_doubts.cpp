@@ -1,5 +1,6 @@
 #include "station/station_doubts.h"
 
+#include "station/misfit_text.h"
 #include "station/small_length.h"
 #include "text/angle_text.h"
 
@@ -11,7 +12,6 @@ namespace qstd {
 
 namespace {
 
-constexpr double ARC_SECOND = 4.84813681109536e-6;
 constexpr AngleUnit SECOND_IN_UNITS = 16;
 constexpr double THOUSANDTH = 0.001;
 
@@ -187,16 +187,19 @@ void DoubtDirections(StationDoubts& doubts, const StationSolution& solution,
     {
         doubts.circleDistance = circle.DistanceTo(position);
         doubts.sensitivity = FindSensitivity(taken, position, solve, false);
-        doubts.isWeak = !doubts.sensitivity->perSecond || *doubts.sensitivity->perSecond > WEAK_FACTOR * unit;
+        doubts.isUndetermined =
+            !doubts.sensitivity->perSecond || *doubts.sensitivity->perSecond > HOPELESS_FACTOR * unit;
+        doubts.isWeak = doubts.isUndetermined || *doubts.sensitivity->perSecond > WEAK_FACTOR * unit;
         return;
     }
-    const std::optional<PositionCofactors> cofactors = FormCofactors(taken, position, solution.unit);
-    if (!cofactors || cofactors->major * ARC_SECOND <= WEAK_FACTOR * unit)
+    const double shift = FromMetres(AxesOf(solution.plan->cofactors).major * ARC_SECOND, solution.unit);
+    if (shift <= WEAK_FACTOR * unit)
     {
         return;
     }
     doubts.isWeak = true;
-    doubts.commonShift = cofactors->major * ARC_SECOND;
+    doubts.isUndetermined = shift > HOPELESS_FACTOR * unit;
+    doubts.commonShift = shift;
     bool isCircle = circle.IsNear(position);
     for (const PreparedSight* const place : places)
     {
@@ -205,6 +208,20 @@ void DoubtDirections(StationDoubts& doubts, const StationSolution& solution,
     if (isCircle)
     {
         doubts.circleDistance = circle.DistanceTo(position);
+    }
+}
+
+/** With distances: the longer semi-axis as expected beforehand, where it is long beside the errors of the sights. */
+void DoubtWeakDistances(StationDoubts& doubts, const StationSolution& solution,
+                        const std::vector<const PreparedSight*>& places)
+{
+    const double expected = WEIGHT_DIRECTION * AxesOf(solution.plan->cofactors).major;
+    const double length = ToMetres(MeanDistance(places, solution.station.position), solution.unit);
+    const double ofOneSight = std::hypot(WEIGHT_DIRECTION * length, WEIGHT_DISTANCE + WEIGHT_PROPORTION * length);
+    if (expected > WEAK_FACTOR * ofOneSight)
+    {
+        doubts.isWeak = true;
+        doubts.expected = FromMetres(expected, solution.unit);
     }
 }
 
@@ -238,6 +255,11 @@ std::string WeakText(const StationDoubts& doubts, LinearUnit unit)
         doubts.circleDistance ? fmt::format("the station lies {} from the circle through its targets (danger circle)",
                                             LengthWithUnit(*doubts.circleDistance, unit))
                               : "directions alone fix this station weakly";
+    if (doubts.expected)
+    {
+        return fmt::format("these sights fix the station weakly: ± {} is to be expected of readings to 2\" and 2 mm",
+                           SmallLengthText(*doubts.expected, unit));
+    }
     if (doubts.commonShift)
     {
         return fmt::format("{}: ± 1\" in every direction is ± {} in the station", circle,
@@ -255,6 +277,8 @@ StationDoubts FindDoubts(const StationSolution& solution, const std::vector<Prep
     StationDoubts doubts;
     doubts.hasNoRedundancy = solution.Redundancy() == 0;
     const std::vector<const PreparedSight*> places = Places(taken);
+    doubts.hasTwoTargets = places.size() == 2 && !doubts.hasNoRedundancy;
+    doubts.onlyHeightTarget = solution.heightPoints.size() == 1 ? solution.heightPoints.front()->id : "";
     if (places.size() == 2)
     {
         DoubtTwoTargets(doubts, places);
@@ -268,12 +292,16 @@ StationDoubts FindDoubts(const StationSolution& solution, const std::vector<Prep
     {
         DoubtDirections(doubts, solution, places, taken, solve);
     }
+    if (places.size() > 1 && solution.distances > 0 && solution.plan && doubts.inLine.empty())
+    {
+        DoubtWeakDistances(doubts, solution, places);
+    }
     return doubts;
 }
 
 std::vector<std::string> DoubtTexts(const StationSolution& solution, AngleForm angles, bool withRedundancy)
 {
-    std::vector<std::string> texts;
+    std::vector<std::string> texts = MisfitTexts(solution, angles);
     const StationDoubts& doubts = solution.doubts;
     if (doubts.isWeak)
     {
@@ -283,9 +311,22 @@ std::vector<std::string> DoubtTexts(const StationSolution& solution, AngleForm a
     {
         texts.push_back(InLineText(doubts, solution.unit, angles));
     }
+    const std::string unchecked = UncheckedText(solution);
+    if (!unchecked.empty())
+    {
+        texts.push_back(unchecked);
+    }
     if (doubts.hasNoRedundancy && withRedundancy)
     {
         texts.emplace_back("no redundancy: the sights fit exactly, and the precision is unknown");
+    }
+    if (doubts.hasTwoTargets)
+    {
+        texts.emplace_back("two targets only: with their names exchanged the sights would fit as well");
+    }
+    if (!doubts.onlyHeightTarget.empty() && withRedundancy)
+    {
+        texts.push_back(fmt::format("nothing checks the height: it rests on one target, {}", doubts.onlyHeightTarget));
     }
     return texts;
 }

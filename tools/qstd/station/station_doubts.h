@@ -26,6 +26,9 @@ constexpr AngleUnit IN_LINE_LIMIT = ANGLE_FULL_CIRCLE / 80;
  */
 constexpr double WEAK_FACTOR = 5.0;
 
+/** From this factor on the result is as good as none. */
+constexpr double HOPELESS_FACTOR = 200.0;
+
 /** @param taken  the sights that took part */
 StationDoubts FindDoubts(const StationSolution& solution, const std::vector<PreparedSight>& taken,
                          const PositionSolver& solve);

@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include <set>
+#include <map>
 #include <utility>
 
 namespace qstd {
@@ -46,14 +46,15 @@ std::string_view MethodTitle(StationMethod method)
 
 MethodChoice ChooseMethod(const std::vector<PreparedSight>& sights, bool hasLineAzimuth)
 {
-    std::set<std::pair<double, double>> places;
+    std::map<std::pair<double, double>, bool> places; // measured or not
     size_t directions = 0;
     size_t distances = 0;
     for (const PreparedSight& sight : sights)
     {
         if (sight.isUsed)
         {
-            places.emplace(sight.target->point.northing, sight.target->point.easting);
+            bool& isMeasured = places[{sight.target->point.northing, sight.target->point.easting}];
+            isMeasured = isMeasured || sight.horizontalDistance;
             ++directions;
             distances += sight.horizontalDistance ? 1U : 0U;
         }
@@ -61,19 +62,20 @@ MethodChoice ChooseMethod(const std::vector<PreparedSight>& sights, bool hasLine
     const std::string holds =
         fmt::format("{} and {} to {}", Counted(directions, "direction", "directions"),
                     Counted(distances, "distance", "distances"), Counted(places.size(), "target", "targets"));
-    if (directions == 2 && places.size() == 2 && distances > 0)
+    if (places.size() == 2 && directions == 2 && distances == 1)
     {
         return {StationMethod::TWO_POINT, holds};
     }
-    if (directions == 3 && places.size() == 3 && distances == 0)
+    if (places.size() == 3 && directions == 3 && distances == 0)
     {
         return {StationMethod::THREE_POINT, holds};
     }
-    if (directions < 3 && distances < 2 && hasLineAzimuth)
+    const bool canDetermine = places.size() >= 3 || (places.size() == 2 && distances > 0);
+    if (!canDetermine && hasLineAzimuth)
     {
         return {StationMethod::KNOWN_LINE, holds + " of known coordinates, and the azimuth of a line"};
     }
-    return {StationMethod::MULTI, holds};
+    return {StationMethod::MULTI, ""};
 }
 
 } // namespace qstd

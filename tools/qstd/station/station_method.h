@@ -31,13 +31,13 @@ std::string_view MethodTitle(StationMethod method);
 struct MethodChoice
 {
     StationMethod method = StationMethod::MULTI;
-    std::string reason; /**< what of the set-up decided */
+    std::string reason; /**< what of the set-up decided for a closed method; empty for least squares */
 };
 
 /**
- * The method that fits the used sights: two-point for one sight each to two targets with a distance, three-point for
- * one sight each to three targets without distances, multi for more. The known line only where none of these can do
- * anything and the azimuth of the line is given.
+ * The method that fits the used sights. A closed one only where nothing is redundant: two-point for one sight each to
+ * two targets with one distance, three-point for one sight each to three targets without distances. The known line
+ * only where no other can do anything and the azimuth of the line is given. Else multi, which makes use of all.
  */
 MethodChoice ChooseMethod(const std::vector<PreparedSight>& sights, bool hasLineAzimuth);
 

@@ -25,12 +25,14 @@ constexpr double LONGEST_HALF_AXIS = 7.0; // on the sheet
 constexpr double SMALLEST_DRAWN = 1e-5;   // residuals and axes below a hundredth of a millimetre are not drawn
 constexpr double TARGET_SIZE = 1.7;       // from the middle of a target's triangle to its corners
 constexpr double STATION_SIZE = 1.3;
+constexpr double MARK_SIZE = 2.9; // radius of the ring around what exceeds its limit
 constexpr size_t MOST_NAMES = 150;
 
 constexpr const char* WITH_DISTANCE = "stroke=\"#444\" stroke-width=\"0.3\"";
 constexpr const char* DIRECTION_ONLY = "stroke=\"#444\" stroke-width=\"0.25\" stroke-dasharray=\"2.4 1.2\"";
 constexpr const char* NOT_USED = "stroke=\"#666\" stroke-width=\"0.3\" stroke-dasharray=\"0.4 1\"";
 constexpr const char* RESIDUAL = "stroke=\"#000\" stroke-width=\"0.5\"";
+constexpr const char* MARK = "fill=\"none\" stroke=\"#000\" stroke-width=\"0.5\"";
 constexpr const char* ELLIPSE = "stroke=\"#000\" stroke-width=\"0.4\"";
 
 /** Draws one plan, from the ground up. */
@@ -55,6 +57,7 @@ public:
         DrawResiduals();
         DrawEllipse();
         DrawTargets();
+        DrawMarks();
         svg.Circle(station, STATION_SIZE, OPEN);
         svg.Circle(station, 0.4, BLACK);
         NameAll();
@@ -91,6 +94,7 @@ private:
         return metres > SMALLEST_DRAWN ? NiceBelow(onSheet / sheet.OnSheet(metres)) : 0.0;
     }
 
+    /** Of directions and distances: both are drawn at the same factor. */
     [[nodiscard]] double LargestResidual() const
     {
         double largest = 0.0;
@@ -98,7 +102,9 @@ private:
         {
             if (solution.sights[i].isUsed)
             {
-                largest = std::max(largest, std::fabs(solution.residuals[i].across.value_or(0.0)));
+                const SightResidual& residual = solution.residuals[i];
+                largest = std::max(
+                    {largest, std::fabs(residual.across.value_or(0.0)), std::fabs(residual.distance.value_or(0.0))});
             }
         }
         return largest;
@@ -124,7 +130,10 @@ private:
         }
     }
 
-    /** The residual of each direction as an arrow across the sight, clockwise where it is positive. */
+    /**
+     * The residual of each direction as an arrow across the sight, clockwise where it is positive; that of a distance
+     * along the sight, away from the station where it is.
+     */
     void DrawResiduals()
     {
         if (residualFactor == 0.0)
@@ -134,24 +143,65 @@ private:
         for (size_t i = 0; i < solution.sights.size(); ++i)
         {
             const PreparedSight& sight = solution.sights[i];
-            if (!sight.isUsed)
+            const SheetPoint target = sight.isUsed ? TargetPlace(sight) : station;
+            const double distance = std::hypot(target.x - station.x, target.y - station.y);
+            if (distance == 0.0)
             {
                 continue;
             }
-            const SheetPoint target = TargetPlace(sight);
-            const double length = sheet.OnSheet(*solution.residuals[i].across) * residualFactor;
-            const double distance = std::hypot(target.x - station.x, target.y - station.y);
-            if (distance > 0.0 && std::fabs(length) >= SHORTEST_RESIDUAL)
+            const SheetPoint along = {(target.x - station.x) / distance, (target.y - station.y) / distance};
+            // Turned by a quarter circle clockwise; y runs down the sheet.
+            const SheetPoint across = {-along.y, along.x};
+            // An arrow begins beside the symbol, which would hide a short one.
+            const double clear = IsMarked(i) ? MARK_SIZE + 0.4 : TARGET_SIZE + 0.2;
+            DrawResidual(target, across, solution.residuals[i].across, clear);
+            DrawResidual(target, along, solution.residuals[i].distance, clear);
+        }
+    }
+
+    void DrawResidual(SheetPoint target, SheetPoint unit, std::optional<double> residual, double clear)
+    {
+        const double length = sheet.OnSheet(residual.value_or(0.0)) * residualFactor;
+        if (std::fabs(length) < SHORTEST_RESIDUAL)
+        {
+            return;
+        }
+        const double start = std::copysign(clear, length);
+        const double end = start + length;
+        DrawArrow({target.x + unit.x * start, target.y + unit.y * start},
+                  {target.x + unit.x * end, target.y + unit.y * end});
+    }
+
+    /** A ring around each target that is marked. */
+    void DrawMarks()
+    {
+        for (size_t i = 0; i < solution.sights.size(); ++i)
+        {
+            if (IsMarked(i))
             {
-                // The sight turned by a quarter circle clockwise; y runs down the sheet.
-                const SheetPoint along = {-(target.y - station.y) / distance, (target.x - station.x) / distance};
-                // The arrow begins beside the symbol, which would hide a short one.
-                const double start = std::copysign(TARGET_SIZE + 0.2, length);
-                const double end = start + length;
-                DrawArrow({target.x + along.x * start, target.y + along.y * start},
-                          {target.x + along.x * end, target.y + along.y * end});
+                hasMarks = true;
+                svg.Circle(TargetPlace(solution.sights[i]), MARK_SIZE, MARK);
+                labels.AddObstacle(Around(TargetPlace(solution.sights[i]), MARK_SIZE));
             }
         }
+    }
+
+    /** The suspects of a set-up or, where it has none, the observations that are larger than chance makes them. */
+    [[nodiscard]] bool IsMarked(size_t sight) const
+    {
+        if (!solution.sights[sight].isUsed)
+        {
+            return false;
+        }
+        if (!solution.suspects.empty())
+        {
+            return std::any_of(solution.suspects.begin(), solution.suspects.end(),
+                               [sight](const Suspect& suspect) { return suspect.sight == sight; });
+        }
+        const auto isMarked = [](const ObservationCheck* check) { return check != nullptr && check->isMarked; };
+        return isMarked(CheckOf(solution, sight, ObservationKind::DIRECTION)) ||
+               isMarked(CheckOf(solution, sight, ObservationKind::DISTANCE)) ||
+               isMarked(HeightCheckOf(solution, sight)) || isMarked(TargetHeightCheckOf(solution, sight));
     }
 
     void DrawArrow(SheetPoint from, SheetPoint to)
@@ -282,6 +332,10 @@ private:
         {
             lines.emplace_back(MethodTitle(solution.method));
         }
+        if (!solution.IsSound())
+        {
+            lines.emplace_back(solution.Fits() ? "WEAKER THAN IT LOOKS" : "DOES NOT FIT");
+        }
         surround.PanelText(base, "Station " + SetUpName(*solution.setUp), true, TITLE_SIZE);
         base.y += 1.5;
         for (const std::string& line : lines)
@@ -334,12 +388,17 @@ private:
     {
         if (residualFactor > 0.0)
         {
-            surround.LegendLine(base, fmt::format("direction residual × {}", GroupedText(residualFactor)),
+            surround.LegendLine(base, fmt::format("residual × {}", GroupedText(residualFactor)),
                                 [this](SheetPoint middle) {
                                     DrawArrow({middle.x - 4.0, middle.y}, {middle.x + 4.0, middle.y});
                                 });
-            surround.PanelText({base.x + 12.0, base.y - 0.8}, "adjusted less observed", false, SMALL_SIZE);
+            surround.PanelText({base.x + 12.0, base.y - 0.8}, "across: direction; along: distance", false, SMALL_SIZE);
             base.y += LINE_STEP - 0.8;
+        }
+        if (hasMarks)
+        {
+            surround.LegendLine(base, solution.suspects.empty() ? "exceeds its limit" : "suspected",
+                                [this](SheetPoint middle) { svg.Circle(middle, MARK_SIZE * 0.7, MARK); });
         }
         if (ellipseFactor > 0.0)
         {
@@ -363,6 +422,7 @@ private:
     SheetPoint station;
     double residualFactor = 0.0;
     double ellipseFactor = 0.0;
+    bool hasMarks = false;
     size_t namesLeftOut = 0;
     std::vector<const PreparedSight*> targets; /**< one sight for each target */
 };

@@ -1,7 +1,9 @@
 #include "station/station_residuals.h"
 
+#include "instrument/earth.h"
+#include "station/plan_adjustment.h"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace qstd {
@@ -9,14 +11,7 @@ namespace qstd {
 namespace {
 
 constexpr double PI = 3.14159265358979323846;
-constexpr double EARTH_RADIUS = 6370000.0;
 constexpr double ZENITH_LIMIT = PI / 10800.0; // the library takes no angle nearer to the vertical than 1'
-constexpr std::array<double, 3> REFRACTION = {0.132, 0.133, 0.20};
-
-double WrapToHalfCircle(double radians)
-{
-    return radians - 2.0 * PI * std::floor(radians / (2.0 * PI) + 0.5);
-}
 
 bool HasHeight(const PointRecord& point)
 {
@@ -41,7 +36,7 @@ double RiseByZenith(double planDistance, AngleUnit zenith, const SimulatedInstru
     {
         return distance / std::tan(z);
     }
-    const double k = REFRACTION.at(static_cast<size_t>(std::clamp(instrument.refractionSelector, 0, 2)));
+    const double k = RefractionCoefficient(instrument);
     const double slope = distance / std::sin(z);
     distance += (1.0 - k / 2.0) * slope * slope * std::sin(2.0 * z) / (2.0 * EARTH_RADIUS);
     return distance / std::tan(z) + (1.0 - k) * distance * distance / (2.0 * EARTH_RADIUS);

@@ -1,10 +1,13 @@
 #include "station/station_solution.h"
 
 #include "station/closed_solution.h"
+#include "station/height_solution.h"
 #include "station/leave_one_out.h"
 #include "station/multi_solution.h"
+#include "station/plan_search.h"
 #include "station/station_doubts.h"
 #include "station/station_residuals.h"
+#include "station/suspects.h"
 
 #include <algorithm>
 #include <cmath>
@@ -53,6 +56,18 @@ void KeepAskedTargets(std::vector<PreparedSight>& sights, const std::vector<std:
     }
 }
 
+/** The spread of the heights that the library has averaged without telling. */
+double SpreadOfHeights(const StationSolution& solution)
+{
+    std::vector<double> heights;
+    for (const size_t sight : solution.heightSights)
+    {
+        heights.push_back(*solution.residuals[sight].height);
+    }
+    const auto [lowest, highest] = std::minmax_element(heights.begin(), heights.end());
+    return heights.empty() ? 0.0 : *highest - *lowest;
+}
+
 std::vector<PreparedSight> UsedSights(const std::vector<PreparedSight>& sights)
 {
     std::vector<PreparedSight> used;
@@ -74,7 +89,6 @@ void TakeLibraryResidual(SightResidual& residual, const PreparedSight& sight, co
     if ((target.flags & POINT_HAS_HEIGHT) != 0 && sight.zenith && sight.horizontalDistance)
     {
         residual.distance = fromLibrary.distanceResidual;
-        residual.height = fromLibrary.heightResidual;
     }
 }
 
@@ -89,48 +103,182 @@ void ComputeResiduals(StationSolution& solution, const SimulatedInstrument& inst
     }
 }
 
-std::optional<PointRecord> AdjustedPosition(const std::vector<PreparedSight>& sights, LinearUnit unit)
+/** The tool's own adjustment as the library would report it. */
+ResectStation StationFrom(const PlanAdjustment& plan, size_t redundancy, LinearUnit unit)
 {
-    const Adjustment adjustment = AdjustSights(sights, unit);
-    return adjustment.status == QSTD_OK ? std::optional(adjustment.station.position) : std::nullopt;
+    ResectStation station = {};
+    station.position.northing = FromMetres(plan.position.northing, unit);
+    station.position.easting = FromMetres(plan.position.easting, unit);
+    station.position.flags = POINT_HAS_PLAN;
+    station.orientation = UnitsOf(plan.position.orientation);
+    const double variance = redundancy > 0 ? plan.squareSum / static_cast<double>(redundancy) : plan.squareSum;
+    station.northingPrecision = FromMetres(std::sqrt(variance * plan.cofactors[0][0]), unit);
+    station.eastingPrecision = FromMetres(std::sqrt(variance * plan.cofactors[1][1]), unit);
+    return station;
 }
 
-void SolveByAdjustment(StationSolution& solution, const StationRequest& request)
+/** What follows from a station in plan: residuals, height, fit, precision. */
+void Complete(StationSolution& solution, const StationRequest& request, bool isLibraryHeight)
 {
-    if (solution.used > MOST_SIGHTS)
+    solution.station.orientation = WithinCircle(solution.station.orientation);
+    ComputeResiduals(solution, request.instrument);
+    SolveHeight(solution, request, isLibraryHeight);
+    if (solution.plan)
     {
-        solution.outcome = Outcome::TOO_MANY;
+        solution.fit = FitOfPlan(solution.observations, *solution.plan);
+    }
+}
+
+void TakeOwnStation(StationSolution& solution, const StationRequest& request, const PlanAdjustment& plan)
+{
+    solution.isByTool = true;
+    solution.status = QSTD_OK;
+    solution.plan = plan;
+    solution.station = StationFrom(plan, solution.Redundancy(), request.unit);
+    solution.outcome = IsPosition(solution.station) ? Outcome::SOLVED : Outcome::NOT_A_POSITION;
+    if (solution.IsSolved())
+    {
+        Complete(solution, request, false);
+    }
+}
+
+/** The stations that the heights leave of several: one at which they agree, where they do not at the others. */
+std::vector<PlanAdjustment> AgreeingInHeight(const StationSolution& solution, const StationRequest& request,
+                                             const std::vector<PlanAdjustment>& found)
+{
+    constexpr double AGREES = 5.0;
+    std::vector<PlanAdjustment> agreeing;
+    for (const PlanAdjustment& plan : found)
+    {
+        const ResectStation station = StationFrom(plan, 0, request.unit);
+        if (HeightMisfitAt(solution.sights, station.position, request) < AGREES)
+        {
+            agreeing.push_back(plan);
+        }
+    }
+    return agreeing.size() == 1 ? agreeing : found;
+}
+
+/** Looks for the station without the library, and takes it where there is one and only one. */
+void SolveByTool(StationSolution& solution, const StationRequest& request)
+{
+    const std::vector<PlanAdjustment> found = AgreeingInHeight(solution, request, FindStations(solution.observations));
+    if (found.empty())
+    {
+        solution.outcome = solution.status == QSTD_OK ? Outcome::NO_SOLUTION : Outcome::REFUSED;
         return;
     }
-    const Adjustment adjustment = AdjustSights(solution.sights, request.unit);
-    solution.status = adjustment.status;
-    if (adjustment.status != QSTD_OK)
+    // Of several that do not fit one is as bad as the other; that they do not fit is then what matters.
+    if (found.size() > 1 && FitOfPlan(solution.observations, found.front()).ratio < MILD_MISFIT)
     {
+        solution.outcome = Outcome::AMBIGUOUS;
+        for (const PlanAdjustment& plan : found)
+        {
+            solution.candidates.push_back(StationFrom(plan, 0, request.unit).position);
+        }
         return;
     }
+    TakeOwnStation(solution, request, found.front());
+}
+
+void TakeLibraryStation(StationSolution& solution, const StationRequest& request, const Adjustment& adjustment)
+{
+    solution.status = QSTD_OK;
     solution.station = adjustment.station;
     solution.outcome = IsPosition(solution.station) ? Outcome::SOLVED : Outcome::NOT_A_POSITION;
     if (!solution.IsSolved())
     {
         return;
     }
-    solution.station.orientation = WithinCircle(solution.station.orientation);
-    solution.isHeightByDistance = adjustment.withHeightAndDistance > 0;
-    solution.heightTargets = solution.isHeightByDistance ? adjustment.withHeightAndDistance : adjustment.withHeight;
-    ComputeResiduals(solution, request.instrument);
+    Complete(solution, request, true);
     for (size_t i = 0; i < adjustment.order.size(); ++i)
     {
         const size_t sight = adjustment.order[i];
         TakeLibraryResidual(solution.residuals[sight], solution.sights[sight], solution.station.position,
                             adjustment.residuals[i]);
     }
+}
+
+/** A better station than the library's, which may have ended in a side valley of sights that do not fit. */
+std::optional<PlanAdjustment> BetterThan(const PlanAdjustment& plan, const StationSolution& solution)
+{
+    constexpr double DOUBTFUL = 3.0;
+    constexpr double MUCH_BETTER = 0.99;
+    if (FitOfPlan(solution.observations, plan).ratio < DOUBTFUL)
+    {
+        return std::nullopt;
+    }
+    const std::vector<PlanAdjustment> found = FindStations(solution.observations);
+    const bool isBetter = !found.empty() && found.front().squareSum < MUCH_BETTER * plan.squareSum;
+    return isBetter ? std::optional(found.front()) : std::nullopt;
+}
+
+/** True where the library's precisions, formed before its last step, are those of the station that it ended at. */
+bool HasPrecisionOf(const PlanAdjustment& plan, const ResectStation& library, const StationSolution& solution)
+{
+    constexpr double SHARE = 5e-5;
+    constexpr double ROUNDING = 1e-7;
+    const ResectStation own = StationFrom(plan, solution.Redundancy(), solution.unit);
+    const auto isSame = [](double one, double other) { return std::fabs(one - other) <= SHARE * other + ROUNDING; };
+    return solution.Redundancy() == 0 || (isSame(library.northingPrecision, own.northingPrecision) &&
+                                          isSame(library.eastingPrecision, own.eastingPrecision));
+}
+
+/** True where the first approximation may be one of two: two places, and a distance to one of them. */
+bool MayBeAmbiguous(const PlaceCount& count)
+{
+    return count.places == 2 && count.measured == 1;
+}
+
+void SolveByAdjustment(StationSolution& solution, const StationRequest& request)
+{
+    solution.observations = PlanObservations(solution.sights, request.unit, request.expectation);
+    const PlaceCount count = CountPlaces(solution.observations);
+    if (!CanDetermine(count))
+    {
+        solution.status = QSTD_REJECTED;
+        solution.outcome = Outcome::TOO_FEW;
+        return;
+    }
+    Adjustment adjustment;
+    if (solution.used <= MOST_SIGHTS && !MayBeAmbiguous(count))
+    {
+        adjustment = AdjustSights(solution.sights, solution.observations, request.unit);
+    }
+    solution.status = adjustment.status;
+    if (!adjustment.isProven)
+    {
+        SolveByTool(solution, request);
+        return;
+    }
+    solution.plan = AdjustPlan(solution.observations, PositionOf(adjustment.station, request.unit));
+    if (!solution.plan)
+    {
+        solution.outcome = Outcome::UNDETERMINED;
+        return;
+    }
+    const std::optional<PlanAdjustment> better = BetterThan(*solution.plan, solution);
+    if (better || !HasPrecisionOf(*solution.plan, adjustment.station, solution))
+    {
+        TakeOwnStation(solution, request, better.value_or(*solution.plan));
+        return;
+    }
+    TakeLibraryStation(solution, request, adjustment);
+}
+
+/** What is left to say of a station from all sights: precision, and what makes it doubtful. */
+void JudgeAdjustment(StationSolution& solution, const StationRequest& request)
+{
     if (solution.Redundancy() > 0)
     {
-        solution.ellipse = FormErrorEllipse(solution.sights, solution.station, request.unit);
+        solution.ellipse = FormErrorEllipse(*solution.plan, solution.Redundancy(), request.unit);
     }
-    solution.doubts = FindDoubts(solution, UsedSights(solution.sights), [&](const std::vector<PreparedSight>& changed) {
-        return AdjustedPosition(changed, request.unit);
-    });
+    const auto solve = [&](const std::vector<PreparedSight>& changed) -> std::optional<PointRecord> {
+        const std::optional<PlanAdjustment> moved =
+            AdjustPlan(PlanObservations(changed, request.unit), solution.plan->position);
+        return moved ? std::optional(StationFrom(*moved, 0, request.unit).position) : std::nullopt;
+    };
+    solution.doubts = FindDoubts(solution, UsedSights(solution.sights), solve);
 }
 
 // --- closed solutions ------------------------------------------------------------------------------------------------
@@ -154,16 +302,20 @@ void TakeChosen(StationSolution& solution, const std::vector<size_t>& chosen)
     }
 }
 
+/** The length between two targets as measured. */
+double MeasuredLength(const PreparedSight& one, const PreparedSight& other)
+{
+    const double d1 = *one.horizontalDistance, d2 = *other.horizontalDistance;
+    const double r1 = RadiansOf(one.circle), r2 = RadiansOf(other.circle);
+    return std::hypot(d2 * std::cos(r2) - d1 * std::cos(r1), d2 * std::sin(r2) - d1 * std::sin(r1));
+}
+
 /** The second point of a line whose azimuth is given has no coordinates that count: it lies on the line as measured. */
 void PlaceLinePoint(StationSolution& solution, PreparedSight& sight, const PreparedSight& start,
                     const StationRequest& request)
 {
-    ReduceDistance(sight);
-    const double startDirection = RadiansOf(start.circle);
-    const double direction = RadiansOf(sight.circle);
-    const double length = std::hypot(
-        *sight.horizontalDistance * std::cos(direction) - *start.horizontalDistance * std::cos(startDirection),
-        *sight.horizontalDistance * std::sin(direction) - *start.horizontalDistance * std::sin(startDirection));
+    ReduceDistance(sight, {request.instrument, request.unit});
+    const double length = MeasuredLength(start, sight);
     const double azimuth =
         RadiansOf(*request.lineAzimuth) + (solution.isSouthAzimuth ? RadiansOf(ANGLE_HALF_CIRCLE) : 0.0);
     KnownPoint point;
@@ -174,25 +326,6 @@ void PlaceLinePoint(StationSolution& solution, PreparedSight& sight, const Prepa
     sight.target = solution.linePoint.get();
     sight.isUsed = true;
     sight.remark = "placed on the line";
-}
-
-/** The spread of the heights that the library has averaged without telling. */
-double SpreadOfHeights(const StationSolution& solution)
-{
-    double smallest = 0.0;
-    double largest = 0.0;
-    bool isFirst = true;
-    for (size_t i = 0; i < solution.sights.size(); ++i)
-    {
-        if (solution.sights[i].isUsed && solution.residuals[i].height)
-        {
-            const double height = *solution.residuals[i].height;
-            smallest = isFirst ? height : std::min(smallest, height);
-            largest = isFirst ? height : std::max(largest, height);
-            isFirst = false;
-        }
-    }
-    return largest - smallest;
 }
 
 /** The sights that go into a closed solution, marked so; none where there are too few. */
@@ -225,6 +358,74 @@ std::vector<PreparedSight> TakeSights(StationSolution& solution, const StationRe
     return taken;
 }
 
+/** The largest residuals that rounding leaves of a solution without redundancy. */
+bool FitsExactly(const std::vector<PlanObservation>& observations, const PlanPosition& position)
+{
+    constexpr double ROUNDED_DIRECTION = 0.2 * ARC_SECOND;
+    constexpr double ROUNDED_DISTANCE = 1e-4;
+    return std::all_of(observations.begin(), observations.end(), [&](const PlanObservation& observation) {
+        const bool isDirection = observation.kind == ObservationKind::DIRECTION;
+        // Near a target rounding of the position turns the direction; a hundredth of a millimetre may.
+        const double near =
+            std::hypot(observation.northing - position.northing, observation.easting - position.easting);
+        const double limit = isDirection ? ROUNDED_DIRECTION + 1e-5 / near : ROUNDED_DISTANCE;
+        return std::fabs(PlanResidual(observation, position)) <= limit;
+    });
+}
+
+/** A measured length brought to the scale of the known one, which two points with two distances leave free. */
+void BringToScale(std::vector<PlanObservation>& observations, double scale)
+{
+    for (PlanObservation& observation : observations)
+    {
+        observation.value *= observation.kind == ObservationKind::DISTANCE ? scale : 1.0;
+    }
+}
+
+/** The observations of a closed solution as that takes them. */
+std::vector<PlanObservation> ClosedObservations(const StationSolution& solution,
+                                                const std::vector<PreparedSight>& taken, const StationRequest& request)
+{
+    std::vector<PreparedSight> sights = taken;
+    KnownPoint end;
+    if (solution.method == StationMethod::THREE_POINT)
+    {
+        for (PreparedSight& sight : sights)
+        {
+            sight.horizontalDistance.reset();
+        }
+    }
+    if (solution.method == StationMethod::KNOWN_LINE)
+    {
+        const PointRecord& from = sights[0].target->point;
+        const PointRecord& to = sights[1].target->point;
+        const double reference = solution.isSouthAzimuth ? RadiansOf(ANGLE_HALF_CIRCLE) : 0.0;
+        const double azimuth = request.lineAzimuth ? RadiansOf(*request.lineAzimuth) + reference
+                                                   : std::atan2(to.easting - from.easting, to.northing - from.northing);
+        const double length = MeasuredLength(sights[0], sights[1]);
+        end.point = {from.northing + length * std::cos(azimuth), from.easting + length * std::sin(azimuth), 0.0,
+                     POINT_HAS_PLAN};
+        sights[1].target = &end;
+    }
+    std::vector<PlanObservation> observations = PlanObservations(sights, request.unit, request.expectation);
+    if (solution.method == StationMethod::TWO_POINT && sights[0].horizontalDistance && sights[1].horizontalDistance)
+    {
+        const PointRecord& from = sights[0].target->point;
+        const PointRecord& to = sights[1].target->point;
+        BringToScale(observations, std::hypot(to.northing - from.northing, to.easting - from.easting) /
+                                       MeasuredLength(sights[0], sights[1]));
+    }
+    return observations;
+}
+
+/** The position of a closed solution with its orientation from north, metres and radians. */
+PlanPosition ClosedPosition(const StationSolution& solution, LinearUnit unit)
+{
+    PlanPosition position = PositionOf(solution.station, unit);
+    position.orientation += solution.IsOrientationFromSouth() ? RadiansOf(ANGLE_HALF_CIRCLE) : 0.0;
+    return position;
+}
+
 void SolveByClosedMethod(StationSolution& solution, const StationRequest& request)
 {
     const std::vector<PreparedSight> taken = TakeSights(solution, request);
@@ -241,6 +442,11 @@ void SolveByClosedMethod(StationSolution& solution, const StationRequest& reques
     }
     solution.station = result.station;
     solution.outcome = IsPosition(solution.station) ? Outcome::SOLVED : Outcome::NOT_A_POSITION;
+    const PlanPosition position = ClosedPosition(solution, request.unit);
+    if (solution.IsSolved() && !FitsExactly(ClosedObservations(solution, taken, request), position))
+    {
+        solution.outcome = Outcome::NO_SOLUTION;
+    }
     if (!solution.IsSolved())
     {
         return;
@@ -248,7 +454,12 @@ void SolveByClosedMethod(StationSolution& solution, const StationRequest& reques
     solution.checks = result.checks;
     solution.heightTargets = result.heightTargets;
     solution.isHeightByDistance = solution.method != StationMethod::THREE_POINT;
-    ComputeResiduals(solution, request.instrument);
+    solution.observations = PlanObservations(solution.sights, request.unit, request.expectation);
+    if (solution.method == StationMethod::TWO_POINT)
+    {
+        solution.plan = AdjustPlan(solution.observations, position);
+    }
+    Complete(solution, request, true);
     if (solution.method == StationMethod::THREE_POINT)
     {
         solution.station.heightSpread = SpreadOfHeights(solution);
@@ -259,7 +470,72 @@ void SolveByClosedMethod(StationSolution& solution, const StationRequest& reques
     });
 }
 
+/** A closed solution that the tool chose itself and that gave nothing is no last word. */
+void SolveByChosenMethod(StationSolution& solution, const StationRequest& request)
+{
+    const StationSolution before = solution;
+    if (solution.method != StationMethod::MULTI)
+    {
+        SolveByClosedMethod(solution, request);
+        if (solution.IsSolved() || solution.method == StationMethod::KNOWN_LINE)
+        {
+            return;
+        }
+        solution = before;
+        solution.method = StationMethod::MULTI;
+        solution.choice.clear();
+    }
+    CountObservations(solution);
+    SolveByAdjustment(solution, request);
+    if (solution.IsSolved())
+    {
+        JudgeAdjustment(solution, request);
+    }
+}
+
 } // namespace
+
+const ObservationCheck* CheckOf(const StationSolution& solution, size_t sight, ObservationKind kind)
+{
+    if (solution.fit.checks.empty())
+    {
+        return nullptr;
+    }
+    const auto found = std::lower_bound(
+        solution.observations.begin(), solution.observations.end(), std::pair(sight, kind),
+        [](const PlanObservation& one, const auto& other) { return std::pair(one.sight, one.kind) < other; });
+    const bool isThere = found != solution.observations.end() && found->sight == sight && found->kind == kind;
+    return isThere ? &solution.fit.checks[static_cast<size_t>(found - solution.observations.begin())] : nullptr;
+}
+
+const ObservationCheck* TargetHeightCheckOf(const StationSolution& solution, size_t sight)
+{
+    const KnownPoint* const point = HeightPoint(solution.sights[sight]);
+    const auto& targets = solution.heightPoints;
+    const auto found = std::find(targets.begin(), targets.end(), point);
+    return found == targets.end() ? nullptr
+                                  : &solution.targetHeightFit.checks[static_cast<size_t>(found - targets.begin())];
+}
+
+const ObservationCheck* HeightCheckOf(const StationSolution& solution, size_t sight)
+{
+    const auto found = std::lower_bound(solution.heightSights.begin(), solution.heightSights.end(), sight);
+    const bool isThere = found != solution.heightSights.end() && *found == sight && !solution.heightFit.checks.empty();
+    return isThere ? &solution.heightFit.checks[static_cast<size_t>(found - solution.heightSights.begin())] : nullptr;
+}
+
+std::vector<std::string> TargetNames(const StationSolution& solution)
+{
+    std::vector<std::string> names;
+    for (const PreparedSight& sight : solution.sights)
+    {
+        if (sight.isUsed && std::find(names.begin(), names.end(), sight.sight->target) == names.end())
+        {
+            names.push_back(sight.sight->target);
+        }
+    }
+    return names;
+}
 
 KnownDifference DifferenceToKnown(const StationSolution& solution)
 {
@@ -298,7 +574,7 @@ StationSolution SolveStation(const SetUp& setUp, const PointList& points, const 
     solution.unit = request.unit;
     solution.isSouthAzimuth = request.instrument.azimuthReference == 1;
     solution.known = points.Find(setUp.station);
-    solution.sights = PrepareSights(setUp, points);
+    solution.sights = PrepareSights(setUp, points, {request.instrument, request.unit});
     solution.residuals.resize(solution.sights.size());
     KeepAskedTargets(solution.sights, request.targets);
     solution.method = request.method;
@@ -308,19 +584,20 @@ StationSolution SolveStation(const SetUp& setUp, const PointList& points, const 
         solution.method = choice.method;
         solution.choice = std::move(choice.reason);
     }
-    if (solution.method == StationMethod::MULTI)
+    const bool isClosedAsked = request.method != StationMethod::AUTO && request.method != StationMethod::MULTI;
+    if (isClosedAsked)
     {
-        CountObservations(solution);
-        SolveByAdjustment(solution, request);
+        SolveByClosedMethod(solution, request);
     }
     else
     {
-        SolveByClosedMethod(solution, request);
+        SolveByChosenMethod(solution, request);
     }
     if (solution.IsSolved() && solution.HasHeight() && setUp.instrumentHeight)
     {
         solution.markHeight = solution.station.position.height - *setUp.instrumentHeight;
     }
+    FindSuspects(solution, request);
     if (request.isLeaveOneOut && solution.IsSolved() && solution.method == StationMethod::MULTI)
     {
         LeaveOneOut(solution);

@@ -7,6 +7,9 @@
 
 #include "instrument/simulated_instrument.h"
 #include "station/error_ellipse.h"
+#include "station/expectation.h"
+#include "station/fit.h"
+#include "station/plan_adjustment.h"
 #include "station/set_up.h"
 #include "station/station_method.h"
 #include "text/unit.h"
@@ -33,23 +36,26 @@ struct SightResidual
 enum class Outcome
 {
     SOLVED,
-    REFUSED,       /**< the library's status says why */
-    TOO_FEW,       /**< fewer sights than the method takes */
-    TOO_MANY,      /**< more sights than the adjustment is given */
-    NOT_A_POSITION /**< the library's result is not a finite position */
+    REFUSED,        /**< the library's status says why */
+    TOO_FEW,        /**< fewer sights than the method takes, or sights that cannot determine a station */
+    NOT_A_POSITION, /**< the library's result is not a finite position */
+    NO_SOLUTION,    /**< what was computed does not fulfil the equations that it came from */
+    UNDETERMINED,   /**< the equations are singular where the station should be */
+    AMBIGUOUS       /**< two stations fit equally well */
 };
 
-/** More used sights than this are not adjusted: the weight matrix has a row and a column for each observation. */
+/** The library is handed no more used sights than this: its weight matrix has a row and a column an observation. */
 constexpr size_t MOST_SIGHTS = 2500;
 
 /** What is asked of a set-up. */
 struct StationRequest
 {
-    StationMethod method = StationMethod::MULTI;
+    StationMethod method = StationMethod::AUTO;
     std::vector<std::string> targets; /**< that may take part, in this order; none: all, as the field book has them */
     std::optional<AngleUnit> lineAzimuth; /**< of a known line */
     LinearUnit unit = LinearUnit::METRE;  /**< of the set-up and its points */
     SimulatedInstrument instrument;       /**< its corrections */
+    Expectation expectation;              /**< that the sights are judged by */
     bool isLeaveOneOut = false;
 };
 
@@ -77,22 +83,45 @@ struct StationDoubts
     std::optional<double> circleDistance;
     bool isWeak = false;               /**< directions alone, near that circle or in a narrow sector */
     std::optional<double> commonShift; /**< of several directions: the station's deviation for 1" in each */
+    bool isUndetermined = false;       /**< so weak that a changed reading leaves no station */
+    std::optional<double> expected;    /**< with distances, weak: the longer semi-axis as expected beforehand */
     std::vector<std::string> inLine;   /**< two targets nearly in line with the station */
     AngleUnit inLineAngle = 0;         /**< between them, or left to a half circle */
     bool isInLineOpposite = false;
     std::optional<Sensitivity> sensitivity; /**< of three directions, else where there is a doubt */
     bool hasNoRedundancy = false;
+    bool hasTwoTargets = false;   /**< exchanged or mirrored they would fit as well */
+    std::string onlyHeightTarget; /**< the one target that the height rests on; empty: none or more than one */
 };
 
-/** The set-up computed again without one of its sights. */
+/** The set-up computed again without one of its observations. */
 struct LeftOut
 {
+    size_t sight = 0;
+    ObservationKind kind = ObservationKind::DIRECTION;
     bool isSolved = false;
-    double northingShift = 0.0; /**< without less with the sight, in the unit of the job */
+    double northingShift = 0.0; /**< without less with the observation, in the unit of the job */
     double eastingShift = 0.0;
     std::optional<double> northingPrecision; /**< these only with redundancy */
     std::optional<double> eastingPrecision;
     std::optional<double> directionSigma; /**< of one direction after the adjustment, radians */
+};
+
+enum class SuspectKind
+{
+    DIRECTION,
+    DISTANCE,
+    HEIGHT,
+    POINT /**< all sights to one target */
+};
+
+/** What seems to be wrong with a set-up that does not fit. */
+struct Suspect
+{
+    SuspectKind kind = SuspectKind::DIRECTION;
+    size_t sight = 0;            /**< of a point, the first one to it */
+    std::optional<double> error; /**< observed less what the others ask for; radians, or the unit of the job */
+    std::optional<double> fit;   /**< without it: of one direction, radians; of a height, in the unit of the job */
 };
 
 struct StationSolution
@@ -107,8 +136,20 @@ struct StationSolution
     Outcome outcome = Outcome::REFUSED;
     int32_t status = 0; /**< of the library */
     ResectStation station = {};
-    std::optional<ErrorEllipse> ellipse; /**< only with redundancy */
-    std::optional<double> markHeight;    /**< of the ground mark */
+    bool isByTool = false;                       /**< adjusted by the tool, where the library could not */
+    std::optional<ErrorEllipse> ellipse;         /**< only with redundancy */
+    std::vector<PlanObservation> observations;   /**< that the station rests on, metres */
+    std::optional<PlanAdjustment> plan;          /**< the tool's own least squares of them */
+    Fit fit;                                     /**< one check an observation */
+    std::vector<size_t> heightSights;            /**< that the height is the mean of */
+    std::vector<double> heightSigmas;            /**< expected of each of these, metres */
+    Fit heightFit;                               /**< one check for each of these, metres */
+    std::vector<const KnownPoint*> heightPoints; /**< their targets, each once */
+    Fit targetHeightFit;                         /**< one check a target, metres: of what its sights have in common */
+    std::vector<PointRecord> candidates;         /**< of an ambiguous station, in the unit of the job */
+    std::vector<Suspect> suspects;               /**< most likely first; none where nothing is wrong */
+    std::vector<std::string> causes;             /**< changes of the input with which the sights would fit, in words */
+    std::optional<double> markHeight;            /**< of the ground mark */
     size_t used = 0;
     size_t directions = 0;
     size_t distances = 0;
@@ -120,8 +161,8 @@ struct StationSolution
     bool isSouthAzimuth = false;                 /**< the instrument counts azimuths from south */
     bool isLineByAzimuth = false;                /**< a known line whose direction is an azimuth */
     std::shared_ptr<const KnownPoint> linePoint; /**< the second point of a known line, where it is not known itself */
-    std::vector<std::optional<LeftOut>> leftOut; /**< one a sight, or empty; nothing for a sight that is not used */
-    std::optional<size_t> bestLeftOut;           /**< the sight whose removal helps most */
+    std::vector<LeftOut> leftOut;                /**< one an observation, where that was asked for */
+    std::optional<size_t> bestLeftOut;           /**< the one whose removal helps most, where something is wrong */
 
     [[nodiscard]] bool IsSolved() const
     {
@@ -147,12 +188,46 @@ struct StationSolution
         return isSouthAzimuth && (method == StationMethod::TWO_POINT || method == StationMethod::THREE_POINT);
     }
 
+    /** False where sights contradict each other grossly; true without redundancy, where nothing can. */
+    [[nodiscard]] bool Fits() const
+    {
+        return !fit.IsStrong() && !heightFit.IsStrong() && !targetHeightFit.IsStrong();
+    }
+
+    /** True where the heights differ by more than they should, among sights or among targets. */
+    [[nodiscard]] bool AreHeightsDoubtful() const
+    {
+        return heightFit.IsMild() || heightFit.HasMarked() || targetHeightFit.IsMild() || targetHeightFit.HasMarked();
+    }
+
+    /** True where sights or heights check each other. */
+    [[nodiscard]] bool IsChecked() const
+    {
+        return fit.redundancy > 0 || heightFit.redundancy > 0;
+    }
+
+    /** True where the result may be taken for what it says: solved, and nothing grave against it. */
+    [[nodiscard]] bool IsSound() const
+    {
+        return IsSolved() && Fits() && !doubts.isUndetermined;
+    }
+
     /** True where an adjustment tells how precise the station is. */
     [[nodiscard]] bool HasPrecision() const
     {
         return method == StationMethod::MULTI && Redundancy() > 0;
     }
 };
+
+/** What the other observations say of one of a sight; null where there is none, or nothing checks it. */
+const ObservationCheck* CheckOf(const StationSolution& solution, size_t sight, ObservationKind kind);
+
+/** The same for the height from a sight, and for what the heights from all sights to its target have in common. */
+const ObservationCheck* TargetHeightCheckOf(const StationSolution& solution, size_t sight);
+const ObservationCheck* HeightCheckOf(const StationSolution& solution, size_t sight);
+
+/** The targets that the station rests on, each once, in the order of the sights. */
+std::vector<std::string> TargetNames(const StationSolution& solution);
 
 /** The station's own coordinates: computed less known, each where both are there, in the unit of the job. */
 struct KnownDifference

@@ -5,28 +5,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
 namespace qstd {
 
 namespace {
-
-/** An adjustment starts from three directions or from two distances. */
-bool HasEnoughSights(const StationSolution& solution)
-{
-    return solution.directions >= 3 || solution.distances >= 2;
-}
-
-StatusText DescribeTooFew(const StationSolution& solution)
-{
-    return {solution.used == 0 ? "no sight to a known point"
-                               : fmt::format("{} with {} cannot fix a station",
-                                             Counted(solution.directions, "direction", "directions"),
-                                             Counted(solution.distances, "distance", "distances")),
-            "targets missing from the points table, names written differently there, or sights kept out with use 0",
-            "sight known points until there are three directions or two distances, or add the targets' coordinates"};
-}
 
 /** The used sights: 3 directions and 0 distances to 2 places. Targets of equal coordinates are one place. */
 std::string Holdings(const StationSolution& solution)
@@ -41,6 +26,91 @@ std::string Holdings(const StationSolution& solution)
     }
     return fmt::format("{} and {} to {}", Counted(solution.directions, "direction", "directions"),
                        Counted(solution.distances, "distance", "distances"), Counted(places.size(), "place", "places"));
+}
+
+size_t CountUsedPlaces(const StationSolution& solution)
+{
+    std::set<std::pair<double, double>> places;
+    for (const PreparedSight& sight : solution.sights)
+    {
+        if (sight.isUsed)
+        {
+            places.emplace(sight.target->point.northing, sight.target->point.easting);
+        }
+    }
+    return places.size();
+}
+
+/** Targets of the set-up that are not known, the first ones of many. */
+std::string UnknownTargets(const StationSolution& solution)
+{
+    constexpr size_t MOST_NAMED = 5;
+    std::vector<std::string> names;
+    for (const PreparedSight& sight : solution.sights)
+    {
+        const std::string& name = sight.sight->target;
+        const bool isUnknown = sight.target == nullptr && sight.benchmark == nullptr && sight.sight->isWanted;
+        if (isUnknown && name != solution.setUp->station && std::find(names.begin(), names.end(), name) == names.end())
+        {
+            names.push_back(name);
+        }
+    }
+    std::string text;
+    for (size_t i = 0; i < names.size() && i < MOST_NAMED; ++i)
+    {
+        text += (i == 0 ? "" : ", ") + names[i];
+    }
+    return names.size() > MOST_NAMED ? fmt::format("{} and {} more", text, names.size() - MOST_NAMED) : text;
+}
+
+/** Sights that cannot determine a station by any method. */
+StatusText DescribeUndetermined(const StationSolution& solution)
+{
+    const std::string unknown = UnknownTargets(solution);
+    const std::string cause =
+        !unknown.empty()
+            ? fmt::format("targets without coordinates in the points table: {}", unknown)
+            : "sights kept out with use 0, a distance that was not measured, or repeated sights to one target";
+    switch (CountUsedPlaces(solution))
+    {
+    case 0:
+        return {"no sight to a known point", cause, "add the targets' coordinates, or sight known points"};
+    case 1:
+        return {fmt::format("all sights go to one target, {}; a station needs two and a distance, or three",
+                            TargetNames(solution).front()),
+                cause, "sight another known point"};
+    default:
+        return {fmt::format("{}: two targets fix a station only with a distance", Holdings(solution)), cause,
+                "measure the distance to one of them, or sight a third known point"};
+    }
+}
+
+/** Sights that should determine a station, and give none. */
+StatusText DescribeNoStation(const StationSolution& solution)
+{
+    switch (solution.outcome)
+    {
+    case Outcome::AMBIGUOUS:
+        return {"two positions fit these sights equally well",
+                "one distance, longer than the line between the two targets",
+                "measure the distance to the other target, or sight a third one"};
+    case Outcome::UNDETERMINED:
+        return {"any place on a circle would fit these sights",
+                "the station lies on the circle through its targets (danger circle), or all targets lie in one line "
+                "of sight",
+                "sight a known point off that circle, or measure the distances to two targets"};
+    case Outcome::NOT_A_POSITION:
+    case Outcome::NO_SOLUTION:
+        return {"no position fulfils these sights: what the computation ended in is not a solution",
+                "a target mistaken for another, a wrong coordinate or reading",
+                "check names, coordinates and readings; then keep out one sight after the other with use 0"};
+    default:
+        return {"these sights give no position",
+                "the station lies on the circle through its targets (danger circle), targets stand in one line of "
+                "sight, or sights and coordinates do not fit together",
+                "check names, coordinates and readings; else sight a known point off that circle, or measure the "
+                "distances to two targets"};
+    }
 }
 
 /** What a closed method was given too little of. */
@@ -102,10 +172,14 @@ std::string OutcomeName(const StationSolution& solution)
     {
     case Outcome::TOO_FEW:
         return "TOO_FEW_SIGHTS";
-    case Outcome::TOO_MANY:
-        return "TOO_MANY_SIGHTS";
     case Outcome::NOT_A_POSITION:
         return "NOT_A_POSITION";
+    case Outcome::NO_SOLUTION:
+        return "NO_SOLUTION";
+    case Outcome::UNDETERMINED:
+        return "UNDETERMINED";
+    case Outcome::AMBIGUOUS:
+        return "AMBIGUOUS";
     case Outcome::SOLVED:
     case Outcome::REFUSED:
         break;
@@ -115,43 +189,17 @@ std::string OutcomeName(const StationSolution& solution)
 
 StatusText DescribeFailure(const StationSolution& solution)
 {
-    if (solution.outcome == Outcome::TOO_MANY)
-    {
-        return {fmt::format("{} sights; one adjustment takes at most {}", solution.used, MOST_SIGHTS),
-                "repeated sights to a few targets, or a whole survey under one station name",
-                "keep sights out with use 0, or split the set-up"};
-    }
+    const bool isOfAdjustment = solution.method == StationMethod::MULTI;
     if (solution.outcome == Outcome::TOO_FEW)
     {
-        return DescribeTooFewForMethod(solution);
-    }
-    const bool isKnownLine = solution.method == StationMethod::KNOWN_LINE;
-    const bool isOfAdjustment =
-        solution.method == StationMethod::MULTI || (isKnownLine && solution.status != QSTD_COINCIDENT_POINTS);
-    if (solution.outcome == Outcome::REFUSED && !isOfAdjustment)
-    {
-        return DescribeRefusedClosed(solution);
+        return isOfAdjustment ? DescribeUndetermined(solution) : DescribeTooFewForMethod(solution);
     }
     if (solution.status == QSTD_NO_MEMORY)
     {
         return {"no memory for the adjustment", "very many sights in one set-up", "split the set-up"};
     }
-    if (!HasEnoughSights(solution))
-    {
-        return DescribeTooFew(solution);
-    }
-    if (solution.status == QSTD_REJECTED)
-    {
-        return {"these sights give no unique position",
-                "the station lies on the circle through the targets (danger circle), targets stand in one line of "
-                "sight, or two targets share their coordinates",
-                "sight a known point off that circle, or measure the distances to two targets"};
-    }
-    return {solution.outcome == Outcome::NOT_A_POSITION ? "the computation ended in no position"
-                                                        : "the adjustment did not converge",
-            "a target mistaken for another, a wrong coordinate or reading, or a station near the circle through its "
-            "targets",
-            "check names, coordinates and readings; then keep out one sight after the other with use 0"};
+    return solution.outcome == Outcome::REFUSED && !isOfAdjustment ? DescribeRefusedClosed(solution)
+                                                                   : DescribeNoStation(solution);
 }
 
 } // namespace qstd

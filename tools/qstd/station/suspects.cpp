@@ -1,0 +1,424 @@
+#include "station/suspects.h"
+
+#include "instrument/earth.h"
+#include "station/height_solution.h"
+#include "station/plan_search.h"
+#include "station/usual_causes.h"
+#include "text/text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace qstd {
+
+namespace {
+
+/** A set-up with some of it changed: how it fits. */
+struct Trial
+{
+    PlanAdjustment plan;
+    double squareSum = 0.0; /**< in variances as expected */
+    size_t redundancy = 0;
+
+    [[nodiscard]] double Ratio() const
+    {
+        return std::sqrt(squareSum / static_cast<double>(redundancy));
+    }
+};
+
+using Observations = std::vector<PlanObservation>;
+
+/** From this share of the expected standard deviation on mistakes of the whole set are looked for. */
+constexpr double DOUBTFUL = 2.5;
+
+/** Beyond these observations only those with the largest residuals are left out, and no new start is looked for. */
+constexpr size_t MOST_SEARCHED = 60;
+constexpr size_t MOST_TRIED = 30;
+
+double JudgedSquareSum(const Observations& observations, const PlanPosition& position)
+{
+    double sum = 0.0;
+    for (const PlanObservation& observation : observations)
+    {
+        sum += std::pow(PlanResidual(observation, position) / observation.sigma, 2.0);
+    }
+    return sum;
+}
+
+/** The best station of changed observations: from where it was, and from anywhere. Only where redundancy is left. */
+std::optional<Trial> Try(const Observations& observations, const StationSolution& solution, size_t fitted = 0)
+{
+    const size_t unknowns = 3 + fitted;
+    if (observations.size() <= unknowns || !CanDetermine(CountPlaces(observations)))
+    {
+        return std::nullopt;
+    }
+    std::optional<PlanAdjustment> best;
+    if (solution.plan)
+    {
+        best = AdjustPlan(observations, solution.plan->position);
+    }
+    // Where nothing is grossly wrong the station is where it was.
+    const bool isNear = best && solution.IsSolved() && solution.fit.ratio < DOUBTFUL;
+    if (!isNear && (observations.size() <= MOST_SEARCHED || !best))
+    {
+        const std::vector<PlanAdjustment> found = FindStations(observations);
+        if (!found.empty() && (!best || found.front().squareSum < best->squareSum))
+        {
+            best = found.front();
+        }
+    }
+    if (!best)
+    {
+        return std::nullopt;
+    }
+    return Trial{*best, JudgedSquareSum(observations, best->position), observations.size() - unknowns};
+}
+
+/** The square sum of the set-up as it is; without a station any would be better. */
+double SquareSumOf(const StationSolution& solution)
+{
+    return solution.plan ? JudgedSquareSum(solution.observations, solution.plan->position)
+                         : std::numeric_limits<double>::infinity();
+}
+
+/** One direction as the trial has it, radians. */
+double DirectionSigma(const Trial& trial)
+{
+    return std::sqrt(trial.plan.squareSum / static_cast<double>(trial.redundancy));
+}
+
+/** True for a square sum as good as the best but for chance. */
+bool IsAsGood(double squareSum, const Trial& best)
+{
+    constexpr double CHANCE = 9.0;
+    const double variance = std::max(1.0, best.squareSum / static_cast<double>(best.redundancy));
+    return squareSum <= best.squareSum + CHANCE * variance;
+}
+
+/** True where a trial fits, and clearly better than the whole. */
+bool Mends(const Trial& trial, double whole, double times)
+{
+    return trial.Ratio() < MILD_MISFIT && trial.squareSum * times < whole;
+}
+
+/**
+ * True where what was left out had brought in far more than its share: the quotient of variances of Fisher's test.
+ * Needed where nothing is told but that the sights fit somewhat worse than expected.
+ */
+bool IsFarBetter(const Trial& trial, const StationSolution& solution)
+{
+    constexpr double SMALLEST_QUOTIENT = 50.0;
+    constexpr size_t SMALLEST_REDUNDANCY = 3;
+    if (!solution.IsSolved())
+    {
+        // With less redundancy left almost anything fits.
+        return trial.redundancy > 1;
+    }
+    if (solution.fit.IsMild() || solution.fit.HasMarked())
+    {
+        return true;
+    }
+    const auto left = static_cast<double>(solution.fit.redundancy - trial.redundancy);
+    const double variance = std::max(1.0, trial.squareSum / static_cast<double>(trial.redundancy));
+    const double whole = JudgedSquareSum(solution.observations, solution.plan->position);
+    return trial.redundancy >= SMALLEST_REDUNDANCY && (whole - trial.squareSum) / left > SMALLEST_QUOTIENT * variance;
+}
+
+struct RankedSuspect
+{
+    Suspect suspect;
+    Trial trial;
+};
+
+/** The places of the observations to leave out: all, or those with the largest residuals. */
+std::vector<size_t> ToLeaveOut(const StationSolution& solution)
+{
+    std::vector<size_t> order(solution.observations.size());
+    for (size_t i = 0; i < order.size(); ++i)
+    {
+        order[i] = i;
+    }
+    if (order.size() <= MOST_SEARCHED || solution.fit.checks.empty())
+    {
+        return order;
+    }
+    std::stable_sort(order.begin(), order.end(), [&checks = solution.fit.checks](size_t one, size_t other) {
+        return std::fabs(checks[one].standardised) > std::fabs(checks[other].standardised);
+    });
+    order.resize(MOST_TRIED);
+    return order;
+}
+
+std::vector<RankedSuspect> SingleSuspects(const StationSolution& solution)
+{
+    constexpr double TIMES = 4.0;
+    const double whole = SquareSumOf(solution);
+    std::vector<RankedSuspect> ranked;
+    for (const size_t i : ToLeaveOut(solution))
+    {
+        Observations others = solution.observations;
+        const PlanObservation left = others[i];
+        others.erase(others.begin() + static_cast<std::ptrdiff_t>(i));
+        const std::optional<Trial> trial = Try(others, solution);
+        const bool isMarked = !solution.fit.checks.empty() && solution.fit.checks[i].isMarked;
+        if (!trial || !Mends(*trial, whole, isMarked ? 1.0 : TIMES) || !IsFarBetter(*trial, solution))
+        {
+            continue;
+        }
+        Suspect suspect;
+        suspect.kind = left.kind == ObservationKind::DIRECTION ? SuspectKind::DIRECTION : SuspectKind::DISTANCE;
+        suspect.sight = left.sight;
+        const double error = -PlanResidual(left, trial->plan.position);
+        suspect.error = suspect.kind == SuspectKind::DIRECTION ? error : FromMetres(error, solution.unit);
+        suspect.fit = DirectionSigma(*trial);
+        ranked.push_back({suspect, *trial});
+    }
+    return ranked;
+}
+
+std::vector<RankedSuspect> PointSuspects(const StationSolution& solution)
+{
+    constexpr double TIMES = 4.0;
+    const double whole = SquareSumOf(solution);
+    std::vector<RankedSuspect> ranked;
+    std::vector<const KnownPoint*> seen;
+    for (const PlanObservation& observation : solution.observations)
+    {
+        const KnownPoint* const target = solution.sights[observation.sight].target;
+        if (std::find(seen.begin(), seen.end(), target) != seen.end() || seen.size() >= MOST_TRIED)
+        {
+            continue;
+        }
+        seen.push_back(target);
+        Observations others;
+        std::copy_if(solution.observations.begin(), solution.observations.end(), std::back_inserter(others),
+                     [&](const PlanObservation& other) { return solution.sights[other.sight].target != target; });
+        const std::optional<Trial> trial = Try(others, solution);
+        const bool isSingle = others.size() + 1 == solution.observations.size();
+        if (!isSingle && trial && Mends(*trial, whole, TIMES) && IsFarBetter(*trial, solution))
+        {
+            ranked.push_back({{SuspectKind::POINT, observation.sight, std::nullopt, DirectionSigma(*trial)}, *trial});
+        }
+    }
+    return ranked;
+}
+
+/** The best ones, most likely first. */
+std::vector<Suspect> BestOf(std::vector<RankedSuspect> ranked)
+{
+    constexpr size_t MOST_NAMED = 3;
+    std::stable_sort(ranked.begin(), ranked.end(), [](const RankedSuspect& one, const RankedSuspect& other) {
+        return one.trial.squareSum < other.trial.squareSum;
+    });
+    std::vector<Suspect> suspects;
+    for (const RankedSuspect& candidate : ranked)
+    {
+        if (suspects.size() < MOST_NAMED && IsAsGood(candidate.trial.squareSum, ranked.front().trial))
+        {
+            suspects.push_back(candidate.suspect);
+        }
+    }
+    return suspects;
+}
+
+/** Usual mistakes that explain the misfit, best first. */
+std::vector<std::string> CausesOf(const StationSolution& solution)
+{
+    constexpr double TIMES = 10.0;
+    constexpr size_t MOST_NAMED = 3;
+    const double whole = SquareSumOf(solution);
+    std::vector<std::pair<Trial, std::string>> ranked;
+    const auto tryCause = [&](const UsualCause& cause) {
+        const std::optional<Trial> trial = Try(cause.observations, solution, cause.fitted);
+        if (trial && Mends(*trial, whole, TIMES))
+        {
+            ranked.emplace_back(*trial, fmt::format("{} the sights fit to {}\"", cause.text,
+                                                    FormatFixed(DirectionSigma(*trial) / ARC_SECOND, 1)));
+        }
+    };
+    ForEachCauseOfTheSet(solution, tryCause);
+    if (!solution.IsSolved() || solution.fit.IsMild())
+    {
+        ForEachCauseOfTargets(solution, tryCause);
+    }
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](const auto& one, const auto& other) { return one.first.squareSum < other.first.squareSum; });
+    std::vector<std::string> causes;
+    for (const auto& [trial, text] : ranked)
+    {
+        if (causes.size() < MOST_NAMED && IsAsGood(trial.squareSum, ranked.front().first))
+        {
+            causes.push_back(text);
+        }
+    }
+    return causes;
+}
+
+void FindPlanSuspects(StationSolution& solution)
+{
+    std::vector<Suspect> suspects = BestOf(SingleSuspects(solution));
+    if (suspects.empty())
+    {
+        suspects = BestOf(PointSuspects(solution));
+    }
+    solution.suspects.insert(solution.suspects.end(), suspects.begin(), suspects.end());
+    if (!solution.IsSolved() || solution.fit.ratio > DOUBTFUL)
+    {
+        const std::vector<std::string> causes = CausesOf(solution);
+        solution.causes.insert(solution.causes.end(), causes.begin(), causes.end());
+    }
+}
+
+// --- heights ---------------------------------------------------------------------------------------------------------
+
+/** The heights of the station, metres. */
+std::vector<HeightValue> HeightValues(const StationSolution& solution)
+{
+    std::vector<HeightValue> values;
+    for (size_t i = 0; i < solution.heightSights.size(); ++i)
+    {
+        const double height = *solution.residuals[solution.heightSights[i]].height;
+        values.push_back({ToMetres(height, solution.unit), solution.heightSigmas[i]});
+    }
+    return values;
+}
+
+/** The check with the largest standardised residual. */
+size_t LargestOf(const Fit& fit)
+{
+    const auto largest = std::max_element(fit.checks.begin(), fit.checks.end(),
+                                          [](const ObservationCheck& one, const ObservationCheck& other) {
+                                              return std::fabs(one.standardised) < std::fabs(other.standardised);
+                                          });
+    return static_cast<size_t>(largest - fit.checks.begin());
+}
+
+/** Heights without those that a condition holds for. */
+template <class Condition>
+Fit WithoutHeights(const std::vector<HeightValue>& values, Condition isLeft)
+{
+    std::vector<HeightValue> others;
+    for (size_t i = 0; i < values.size(); ++i)
+    {
+        if (!isLeft(i))
+        {
+            others.push_back(values[i]);
+        }
+    }
+    return FitOfHeights(others);
+}
+
+/** The heights of a sight or of all sights to a target, and how the others fit without them. */
+struct HeightTrial
+{
+    Suspect suspect;
+    Fit others;
+};
+
+Suspect HeightSuspect(size_t sight, const Fit& fit, LinearUnit unit)
+{
+    Suspect suspect;
+    suspect.kind = SuspectKind::HEIGHT;
+    suspect.sight = sight;
+    suspect.error = FromMetres(-fit.checks[LargestOf(fit)].estimatedError, unit);
+    return suspect;
+}
+
+HeightTrial WithoutSight(const StationSolution& solution, const std::vector<HeightValue>& values)
+{
+    const size_t place = LargestOf(solution.heightFit);
+    return {HeightSuspect(solution.heightSights[place], solution.heightFit, solution.unit),
+            WithoutHeights(values, [place](size_t i) { return i == place; })};
+}
+
+HeightTrial WithoutTarget(const StationSolution& solution, const std::vector<HeightValue>& values)
+{
+    const KnownPoint* const point = solution.heightPoints[LargestOf(solution.targetHeightFit)];
+    const auto isOfPoint = [&](size_t i) { return HeightPoint(solution.sights[solution.heightSights[i]]) == point; };
+    size_t first = 0;
+    while (!isOfPoint(first))
+    {
+        ++first;
+    }
+    return {HeightSuspect(solution.heightSights[first], solution.targetHeightFit, solution.unit),
+            WithoutHeights(values, isOfPoint)};
+}
+
+/** One sight's height or, where the others agree better without it, one target's. */
+void FindHeightSuspect(StationSolution& solution, const std::vector<HeightValue>& values)
+{
+    constexpr double TIMES = 2.0;
+    if (solution.heightFit.redundancy < 2)
+    {
+        return;
+    }
+    HeightTrial best = WithoutSight(solution, values);
+    if (solution.targetHeightFit.redundancy > 1)
+    {
+        const HeightTrial target = WithoutTarget(solution, values);
+        best = target.others.ratio < best.others.ratio ? target : best;
+    }
+    const double whole = std::max(solution.heightFit.ratio, solution.targetHeightFit.ratio);
+    const bool mends =
+        best.others.redundancy > 0 && best.others.ratio < MILD_MISFIT && best.others.ratio * TIMES < whole;
+    if (mends)
+    {
+        solution.suspects.push_back(best.suspect);
+    }
+}
+
+/** Heights over long sights that disagree by what the earth's curvature makes of them. */
+void TryCurvature(StationSolution& solution, const StationRequest& request, std::vector<HeightValue> values)
+{
+    if (request.instrument.curvatureRefraction == 1)
+    {
+        return;
+    }
+    for (size_t i = 0; i < values.size(); ++i)
+    {
+        const PreparedSight& sight = solution.sights[solution.heightSights[i]];
+        const PointRecord& station = solution.station.position;
+        const double distance = sight.target == nullptr ? sight.horizontalDistance.value_or(0.0)
+                                                        : std::hypot(sight.target->point.northing - station.northing,
+                                                                     sight.target->point.easting - station.easting);
+        const double metres = ToMetres(distance, solution.unit);
+        values[i].height -= (1.0 - REFRACTION_COEFFICIENTS[0]) * metres * metres / (2.0 * EARTH_RADIUS);
+    }
+    const Fit fit = FitOfHeights(values);
+    if (!fit.IsMild() && !fit.HasMarked())
+    {
+        solution.causes.push_back(fmt::format("with --refraction {} the heights fit", REFRACTION_COEFFICIENTS[0]));
+    }
+}
+
+bool NeedsSearch(const StationSolution& solution)
+{
+    if (solution.observations.empty() || solution.outcome == Outcome::AMBIGUOUS ||
+        solution.outcome == Outcome::TOO_FEW || solution.method == StationMethod::KNOWN_LINE)
+    {
+        return false;
+    }
+    return !solution.IsSolved() || solution.fit.ratio > DOUBTFUL || solution.fit.HasMarked();
+}
+
+} // namespace
+
+void FindSuspects(StationSolution& solution, const StationRequest& request)
+{
+    if (NeedsSearch(solution))
+    {
+        FindPlanSuspects(solution);
+    }
+    if (solution.IsSolved() && solution.AreHeightsDoubtful())
+    {
+        const std::vector<HeightValue> values = HeightValues(solution);
+        FindHeightSuspect(solution, values);
+        TryCurvature(solution, request, values);
+    }
+}
+
+} // namespace qstd
