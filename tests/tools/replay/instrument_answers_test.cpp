@@ -62,6 +62,17 @@ protected:
     }
 };
 
+// Rounding over a kilometre stays far below this. A radius that is wrong by 2 km would not: it changes the rise over
+// 1000 by 0.0681 * 2 / 6370 = 0.00002.
+constexpr double TOLERANCE = 1e-9;
+
+/** Rise of a level sight above the level surface, (1 - k) D^2 / (2 R) for the earth's radius R = 6,370,000 m. */
+double RiseOfALevelSight(double distance, double refractionCoefficient)
+{
+    constexpr double EARTH_RADIUS = 6370000.0;
+    return (1.0 - refractionCoefficient) * distance * distance / (2.0 * EARTH_RADIUS);
+}
+
 constexpr const char* STANDING_WEST =
     R"("simulatedInstrument":{"station":{"northing":6,"easting":-10,"height":3},"orientation":0,"instrumentHeight":0})";
 
@@ -91,26 +102,25 @@ TEST_F(InstrumentAnswers, AreForgottenByTheNextConnection)
 
 TEST_F(InstrumentAnswers, CorrectHeightsForCurvatureAndRefraction)
 {
-    // A level sight passes (1 - k) 1000^2 / (2 * 6372000) above its target's level, 0.0681 with k = 0.132 and 0.0628
-    // with k = 0.20: the axis lies so much below the target.
-    EXPECT_NEAR(HeightOverAKilometre(), 100.0, 1e-6);
+    // The axis lies below the target by what a level sight rises above the target's level, with k = 0.132 by
+    // 0.868 * 1e6 / 12740000 = 0.0681318681, with k = 0.20 by 0.8 * 1e6 / 12740000 = 0.0627943485.
+    EXPECT_NEAR(HeightOverAKilometre(), 100.0, TOLERANCE);
     Connect(R"({"curvatureRefraction":1})");
-    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - 0.0681, 2e-4);
+    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - RiseOfALevelSight(1000.0, 0.132), TOLERANCE);
     Connect(R"({"curvatureRefraction":1,"refractionSelector":2})");
-    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - 0.0628, 2e-4);
+    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - RiseOfALevelSight(1000.0, 0.20), TOLERANCE);
 }
 
 TEST_F(InstrumentAnswers, ScaleDistancesAndBringThemToSeaLevel)
 {
-    // The correction of curvature grows with the square of the distance on the ground: by the scale 0.5, which makes
-    // 1000 in the plan 2000 on the ground, to four times as much.
+    // The distance on the ground is 2000 by the scale 0.5, which makes 1000 in the plan of it.
     Connect(R"({"curvatureRefraction":1,"scaleFactor":0.5})");
-    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - 4.0 * 0.0681, 1e-3);
+    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - RiseOfALevelSight(2000.0, 0.132), TOLERANCE);
     // At the height of the earth's radius above the sea, distances on the ground are twice those at sea level.
-    Connect(R"({"curvatureRefraction":1,"seaLevel":1,"meanElevation":6372000})");
-    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - 4.0 * 0.0681, 1e-3);
-    Connect(R"({"curvatureRefraction":1,"meanElevation":6372000})");
-    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - 0.0681, 2e-4);
+    Connect(R"({"curvatureRefraction":1,"seaLevel":1,"meanElevation":6370000})");
+    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - RiseOfALevelSight(2000.0, 0.132), TOLERANCE);
+    Connect(R"({"curvatureRefraction":1,"meanElevation":6370000})");
+    EXPECT_NEAR(HeightOverAKilometre(), 100.0 - RiseOfALevelSight(1000.0, 0.132), TOLERANCE);
 }
 
 TEST_F(InstrumentAnswers, ObserveByAnInstrumentThatStandsSomewhere)
