@@ -3,8 +3,11 @@
  * Stake-out references: line, arc and planes, each defined once by a Set function and used by a Calc function after
  * that.
  *
- * There is one definition of each kind for the whole library. A Set function forgets the former definition first, so
- * that after a rejected one nothing is defined.
+ * There is one definition of each kind for the whole library. What a rejected definition leaves differs:
+ * - Line and planes: the Set function forgets the former one first. After a rejected one nothing is defined, and the
+ *   Calc function returns QSTD_NOT_DEFINED, as before the first one.
+ * - Arc: the former arc stays in use, to the last field. Before the first one an arc of radius 0.0 about the origin is
+ *   in use. No function of the arc returns QSTD_NOT_DEFINED.
  */
 #ifndef QSTDLIB_REFERENCE_H
 #define QSTDLIB_REFERENCE_H
@@ -129,7 +132,8 @@ QSTD_API int32_t QREFSetArcByRadiusArcLen(const PointRecord* start, AngleUnit st
 /**
  * Reads the parameters of the reference arc back.
  *
- * The azimuth reference is applied to the stored azimuths, which passed it when they were stored.
+ * The azimuth reference is applied to the stored azimuths, which passed it when they were stored. After a rejected
+ * definition the parameters are those of the former arc.
  *
  * @param[out] params  every field; zeros (azimuths as the reference turns them) before the first definition
  * @retval QSTD_OK  always
@@ -143,7 +147,8 @@ QSTD_API int32_t QREFGetArcParams(ArcParams* params) QSTD_NONNULL;
  *
  * Before the start and beyond the end the point is referred to the tangents there; for an arc that turns left not so
  * where the point lies beyond the end and more than a quarter circle before the start radial: along and offset are
- * then not those of the tangent. Whether an arc is defined is not tested.
+ * then not those of the tangent. Whether an arc is defined is not tested: after a rejected definition the point is
+ * referred to the former arc, before the first one to the arc of radius 0.0 about the origin.
  *
  * @param[in]  measured  plan flag set; the height is used as it stands when the arc has one. Not the result's own
  *                       point, which becomes zeros first.
@@ -157,7 +162,7 @@ QSTD_API int32_t QREFGetArcParams(ArcParams* params) QSTD_NONNULL;
 QSTD_API int32_t QREFCalcArc(const PointRecord* measured, ArcCalcResult* result) QSTD_NONNULL;
 
 /**
- * Defines the two-point plane, the vertical plane through two points.
+ * Defines the two-point plane, the vertical plane through two points. QCalcOfsLineHA redefines it, too.
  *
  * @param[in] first   plan flag set; its height, if it has one, is the reference of heights on the plane
  * @param[in] second  plan flag set; differs from `first` in plan
