@@ -67,8 +67,9 @@ typedef struct ResectObservation
 typedef struct ResectStation
 {
     PointRecord position;     /**< flags 3 when a height could be derived, else 1 and height 0.0 */
-    AngleUnit orientation;    /**< azimuth of the circle's zero, brought back by one circle at most: within 0 to a
-                                   full circle, both inclusive, when the readings are in the circle and in face one */
+    AngleUnit orientation;    /**< azimuth of the circle's zero, counted from north whatever the instrument's
+                                   reference, brought back by one circle at most: above -half circle up to a full
+                                   circle, inclusive, when the readings are in the circle and in face one */
     double northingPrecision; /**< standard deviation of the northing */
     double eastingPrecision;  /**< standard deviation of the easting */
     double heightSpread;      /**< largest less smallest station height over the targets; 0.0 without height */
