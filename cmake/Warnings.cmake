@@ -1,4 +1,5 @@
-# The warnings that every target of this project is built with; they are errors.
+# The warnings that every target of this project is built with; errors where a preset of ours says so, not for others.
+option(QSTDLIB_WERROR "Warnings are errors" OFF)
 add_library(qstdlib_warnings INTERFACE)
 target_compile_options(
     qstdlib_warnings
@@ -8,4 +9,4 @@ target_compile_options(
               -Wconversion
               -Wshadow
               $<$<COMPILE_LANGUAGE:CXX>:-Wdouble-promotion>
-              -Werror)
+              $<$<BOOL:${QSTDLIB_WERROR}>:-Werror>)
