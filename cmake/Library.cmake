@@ -70,9 +70,12 @@ set(QSTDLIB_LIBRARIES qstdlib_static)
 add_library(qstdlib_static STATIC $<TARGET_OBJECTS:qstdlib_objects>)
 set_target_properties(qstdlib_static PROPERTIES OUTPUT_NAME qstdlib LINKER_LANGUAGE C EXPORT_NAME qstdlib_static)
 target_compile_definitions(qstdlib_static INTERFACE QSTDLIB_STATIC)
+# An archive would hand out only some of these objects, and the compiler's library the rest under the same names. So
+# programs of this project link them whole; of an installed archive the program decides.
+target_link_libraries(qstdlib_static INTERFACE $<BUILD_INTERFACE:${QSTDLIB_SOFT_FLOAT_OBJECTS}>)
 if(QSTDLIB_SHARED)
     list(APPEND QSTDLIB_LIBRARIES qstdlib)
-    add_library(qstdlib SHARED $<TARGET_OBJECTS:qstdlib_objects>)
+    add_library(qstdlib SHARED $<TARGET_OBJECTS:qstdlib_objects> ${QSTDLIB_SOFT_FLOAT_OBJECTS})
     set_target_properties(
         qstdlib
         PROPERTIES VERSION ${PROJECT_VERSION}
