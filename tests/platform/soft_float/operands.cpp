@@ -86,10 +86,9 @@ uint64_t Special(uint32_t number)
 }
 
 // Fractions whose sums and differences carry, cancel and lie half-way.
-constexpr uint64_t EDGE[] = {0x0000000000000, 0x0000000000001, 0x0000000000002, 0x0000000000003,
-                             0x0000080000000, 0x0000100000000, 0x00000FFFFFFFF, 0x7FFFFFFFFFFFF,
-                             0x8000000000000, 0x8000000000001, 0xFFFFF00000000, 0xFFFFFFFFFFFFE,
-                             0xFFFFFFFFFFFFF};
+constexpr uint64_t EDGE[] = {0x0000000000000, 0x0000000000001, 0x0000000000002, 0x0000000000003, 0x0000080000000,
+                             0x0000100000000, 0x00000FFFFFFFF, 0x7FFFFFFFFFFFF, 0x8000000000000, 0x8000000000001,
+                             0xFFFFF00000000, 0xFFFFFFFFFFFFE, 0xFFFFFFFFFFFFF};
 constexpr uint32_t EDGES = sizeof EDGE / sizeof EDGE[0];
 constexpr uint32_t DISTANCES = 71;
 constexpr int32_t FIRST_FIELD[] = {BIAS, 1535, 512, 582, 71, 2046};
@@ -145,8 +144,7 @@ uint64_t Fraction(Random& random)
         return uint64_t{1} << random.Below(FRACTION_BITS);
     case 4:
         return Runs(random);
-    case 5:
-    {
+    case 5: {
         const uint64_t rounded = random.Next() >> 12U & ~LowBits(29);
         return rounded + LowBits(28) + random.Below(3);
     }

@@ -141,7 +141,7 @@ uint64_t Order(const Pair& operands)
     const uint32_t equal = FlagsOfEquality(operands.a, operands.b);
     const uint32_t reversed = FlagsOfReversedOrder(operands.a, operands.b);
     const uint32_t falseIfGreater = Sign(__cmpdf2(a, b)) | Sign(__eqdf2(a, b)) << 2U | Sign(__nedf2(a, b)) << 4U |
-                                      Sign(__ltdf2(a, b)) << 6U | Sign(__ledf2(a, b)) << 8U;
+                                    Sign(__ltdf2(a, b)) << 6U | Sign(__ledf2(a, b)) << 8U;
     const uint32_t falseIfLess = Sign(__gtdf2(a, b)) | Sign(__gedf2(a, b)) << 2U;
 #else
     const uint32_t forward = a < b ? 0U : (a == b ? 3U : 2U);
