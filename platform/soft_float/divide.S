@@ -106,6 +106,7 @@ rare:
 
     @ For D from (128 + i) 2^24 to (129 + i) 2^24 the integer next to 2^40 / D in the middle, less 256.
 reciprocals:
-    .include "reciprocals.inc"
+#define ROW(a, b, c, d, e, f, g, h) .byte a, b, c, d, e, f, g, h
+#include "reciprocals.inc"
 
     .section .note.GNU-stack, "", %progbits

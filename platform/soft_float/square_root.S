@@ -87,6 +87,7 @@
 
     @ For r1 from (64 + i) 2^24 to (65 + i) 2^24 the integer next to 2^9 / root(v) in the middle, less 256.
 reciprocal_roots:
-    .include "reciprocal_roots.inc"
+#define ROW(a, b, c, d, e, f, g, h) .byte a, b, c, d, e, f, g, h
+#include "reciprocal_roots.inc"
 
     .section .note.GNU-stack, "", %progbits

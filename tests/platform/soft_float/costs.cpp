@@ -38,6 +38,7 @@ struct Operands
 {
     double a = Ordinary();
     double b = Ordinary();
+    double positive = std::fabs(Ordinary());
     int32_t integer = static_cast<int32_t>(Next() % 20736000U);
 };
 
@@ -48,7 +49,7 @@ void Count(const char* name, Operation operation)
     for (uint32_t& count : counts)
     {
         Operands operands;
-        asm volatile("" : "+r"(operands.a), "+r"(operands.b), "+r"(operands.integer));
+        asm volatile("" : "+r"(operands.a), "+r"(operands.b), "+r"(operands.positive), "+r"(operands.integer));
         const uint32_t from = board::Ticks();
         auto result = operation(operands);
         asm volatile("" : "+r"(result));
@@ -68,7 +69,7 @@ int main()
     Count("__aeabi_dsub", [](const Operands& o) { return o.a - o.b; });
     Count("__aeabi_dmul", [](const Operands& o) { return o.a * o.b; });
     Count("__aeabi_ddiv", [](const Operands& o) { return o.a / o.b; });
-    Count("sqrt", [](const Operands& o) { return std::sqrt(std::fabs(o.a)); });
+    Count("sqrt", [](const Operands& o) { return std::sqrt(o.positive); });
     Count("__aeabi_dcmplt", [](const Operands& o) { return o.a < o.b ? 1 : 0; });
     Count("__aeabi_dcmple", [](const Operands& o) { return o.a <= o.b ? 1 : 0; });
     Count("__aeabi_dcmpeq", [](const Operands& o) { return o.a == o.b ? 1 : 0; });
@@ -79,7 +80,7 @@ int main()
     Count("__aeabi_ui2d", [](const Operands& o) { return static_cast<double>(static_cast<uint32_t>(o.integer)); });
     Count("__aeabi_l2d", [](const Operands& o) { return __aeabi_l2d(o.integer); });
     Count("__aeabi_d2iz", [](const Operands& o) { return static_cast<int32_t>(o.a); });
-    Count("__aeabi_d2uiz", [](const Operands& o) { return static_cast<uint32_t>(std::fabs(o.a)); });
+    Count("__aeabi_d2uiz", [](const Operands& o) { return static_cast<uint32_t>(o.positive); });
     Count("__aeabi_d2lz", [](const Operands& o) { return __aeabi_d2lz(o.a); });
     Count("__aeabi_d2f", [](const Operands& o) { return static_cast<float>(o.a); });
     Count("__aeabi_dmul/zero", [](const Operands& o) { return o.a * 0.0; });

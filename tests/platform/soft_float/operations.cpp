@@ -96,7 +96,7 @@ uint64_t Relate(const Pair& operands)
            (a != b ? 32U : 0U) | (__builtin_isunordered(a, b) ? 64U : 0U);
 }
 
-#if defined(__arm__)
+#if defined(__arm__) && !defined(__thumb__)
 
 // Carry and zero as a flag-setting comparison leaves them, 2 and 1. The operands must stay in their registers.
 #define QSTD_DEFINE_FLAGS(function, routine)                                                                           \
@@ -123,6 +123,24 @@ QSTD_DEFINE_FLAGS(FlagsOfOrder, __aeabi_cdcmple)
 QSTD_DEFINE_FLAGS(FlagsOfEquality, __aeabi_cdcmpeq)
 QSTD_DEFINE_FLAGS(FlagsOfReversedOrder, __aeabi_cdrcmple)
 
+#else
+
+// Those comparisons are not for the language, and the flags not for Thumb code.
+uint32_t FlagsOfOrder(uint64_t first, uint64_t second)
+{
+    return Real(first) < Real(second) ? 0U : (Real(first) == Real(second) ? 3U : 2U);
+}
+
+uint32_t FlagsOfEquality(uint64_t first, uint64_t second)
+{
+    return FlagsOfOrder(first, second);
+}
+
+uint32_t FlagsOfReversedOrder(uint64_t first, uint64_t second)
+{
+    return FlagsOfOrder(second, first);
+}
+
 #endif
 
 // -1, 0 and 1 as 0, 1 and 2.
@@ -131,26 +149,40 @@ uint32_t Sign(int order)
     return order < 0 ? 0U : (order > 0 ? 2U : 1U);
 }
 
-// The flags of a and b, and of b and a: 2 for carry, 1 for zero; then the orders as integers, two bits each.
+#if defined(__arm__)
+
+// The orders as integers, two bits each.
+uint32_t FalseIfGreater(double a, double b)
+{
+    return Sign(__cmpdf2(a, b)) | Sign(__eqdf2(a, b)) << 2U | Sign(__nedf2(a, b)) << 4U | Sign(__ltdf2(a, b)) << 6U |
+           Sign(__ledf2(a, b)) << 8U;
+}
+
+uint32_t FalseIfLess(double a, double b)
+{
+    return Sign(__gtdf2(a, b)) | Sign(__gedf2(a, b)) << 2U;
+}
+
+#else
+
+uint32_t FalseIfGreater(double a, double b)
+{
+    return Sign(a < b ? -1 : (a == b ? 0 : 1)) * 0x155U;
+}
+
+uint32_t FalseIfLess(double a, double b)
+{
+    return Sign(a > b ? 1 : (a == b ? 0 : -1)) * 5U;
+}
+
+#endif
+
 uint64_t Order(const Pair& operands)
 {
     const double a = Real(operands.a);
     const double b = Real(operands.b);
-#if defined(__arm__)
-    const uint32_t forward = FlagsOfOrder(operands.a, operands.b);
-    const uint32_t equal = FlagsOfEquality(operands.a, operands.b);
-    const uint32_t reversed = FlagsOfReversedOrder(operands.a, operands.b);
-    const uint32_t falseIfGreater = Sign(__cmpdf2(a, b)) | Sign(__eqdf2(a, b)) << 2U | Sign(__nedf2(a, b)) << 4U |
-                                    Sign(__ltdf2(a, b)) << 6U | Sign(__ledf2(a, b)) << 8U;
-    const uint32_t falseIfLess = Sign(__gtdf2(a, b)) | Sign(__gedf2(a, b)) << 2U;
-#else
-    const uint32_t forward = a < b ? 0U : (a == b ? 3U : 2U);
-    const uint32_t equal = forward;
-    const uint32_t reversed = b < a ? 0U : (a == b ? 3U : 2U);
-    const uint32_t falseIfGreater = Sign(a < b ? -1 : (a == b ? 0 : 1)) * 0x155U;
-    const uint32_t falseIfLess = Sign(a > b ? 1 : (a == b ? 0 : -1)) * 5U;
-#endif
-    return forward | reversed << 4U | equal << 8U | falseIfGreater << 12U | falseIfLess << 24U;
+    return FlagsOfOrder(operands.a, operands.b) | FlagsOfReversedOrder(operands.a, operands.b) << 4U |
+           FlagsOfEquality(operands.a, operands.b) << 8U | FalseIfGreater(a, b) << 12U | FalseIfLess(a, b) << 24U;
 }
 
 uint64_t Negate(const Pair& operands)
