@@ -1,5 +1,5 @@
-# QSTDLIB_SOFT_FLOAT_OBJECTS: the objects of platform/soft_float, for everything that is linked here with the library or is
-# the library; empty where the processor computes doubles itself, and where another library is wanted to do it.
+# QSTDLIB_SOFT_FLOAT_OBJECTS: the objects of platform/soft_float, for everything that is linked here with the library or
+# is the library; empty where the processor computes doubles itself, and where another library is wanted to do it.
 include(CheckCXXSourceCompiles)
 
 set(QSTDLIB_SOFT_FLOAT_OBJECTS "")

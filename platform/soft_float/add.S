@@ -1,14 +1,16 @@
 @ Sum and difference of two doubles.
 @
-@ x is the operand with the greater exponent, y the other one; d is the difference of their exponents, from 0. A word s:e
-@ is a sign bit above an exponent of 11 bits, as the high word of a double has them; n units of s:e are n << 20 there.
+@ x is the operand with the greater exponent, y the other one; d is the difference of their exponents, from 0. A word
+@ s:e is a sign bit above an exponent of 11 bits, as the high word of a double has them; n units of s:e are n << 20
+@ there.
 @
-@ The sum is formed in place: the significand of y, with its leading bit and moved d places to the right, is added to the
-@ bits of x. With M the sum of the significands, leading bits included, x + y is then held as
+@ The sum is formed in place: the significand of y, with its leading bit and moved d places to the right, is added to
+@ the bits of x. With M the sum of the significands, leading bits included, x + y is then held as
 @
 @     (s:e << 52) + M - 2^52, with the bits below the last one in `rest`: 32 of them, half a unit = 0x80000000
 @
-@ While 2^52 <= M < 2^53 this is the encoding of the result, and s:e can be read in it unchanged. Other M are brought there.
+@ While 2^52 <= M < 2^53 this is the encoding of the result, and s:e can be read in it unchanged. Other M are brought
+@ there.
     .include "function.inc"
 
 #define rest ip
@@ -22,8 +24,8 @@
     .endm
 
     @ r4 = s:e of x, r5 = d. Only exponents from 512 to 1535 are treated here (their first two bits differ): then no sum
-    @ overflows, y is a normal number as long as it counts, and no difference becomes subnormal. Goes on at \far with d >= 32;
-    @ otherwise lr = 32 - d. y loses sign and exponent and gets its leading bit.
+    @ overflows, y is a normal number as long as it counts, and no difference becomes subnormal. Goes on at \far with d
+    @ >= 32; otherwise lr = 32 - d. y loses sign and exponent and gets its leading bit.
     .macro  ALIGN yh, far
     eor     ip, r4, r4, lsl #1
     tst     ip, #0x400
@@ -54,8 +56,9 @@
     sbc     r1, \xh, \yh, lsr r5
     .endm
 
-    @ With d > 54 y is less than a quarter of a unit of x, and less than half of one below a power of two: x is the result.
-    @ Otherwise moves y by d - 32 = r5 places: \yh goes on to r0, `rest` is made, and what falls behind it is kept in lr.
+    @ With d > 54 y is less than a quarter of a unit of x, and less than half of one below a power of two: x is the
+    @ result. Otherwise moves y by d - 32 = r5 places: \yh goes on to r0, `rest` is made, and what falls behind it is
+    @ kept in lr.
     .macro  MOVE_FAR yl, yh
     cmp     r5, #54
     bhi     8f

@@ -1,9 +1,9 @@
 @ Comparisons of two doubles.
     .include "function.inc"
 
-    @ Flags for a = \ah:\al and b = \bh:\bl: carry clear for a < b, zero set for a = b; with a NaN neither, as for a > b.
-    @ Changes ip and flags, nothing else. Here are also the numbers that the relations below leave aside: negative ones, and
-    @ those from 2^1009 on.
+    @ Flags for a = \ah:\al and b = \bh:\bl: carry clear for a < b, zero set for a = b; with a NaN neither, as for a >
+    @ b. Changes ip and flags, nothing else. Here are also the numbers that the relations below leave aside: negative
+    @ ones, and those from 2^1009 on.
     .macro  ORDER al, ah, bl, bh
     mov     ip, #ALL_ONES_DOUBLED
     cmn     ip, \ah, lsl #1
@@ -85,8 +85,8 @@ order_reversed:
     movcc   r0, #1
     pop     {pc}
 
-    @ 1 or 0. Numbers that are positive and below 2^1009 are ordered like their bits. `a > b` is asked as `b < a`, so that a
-    @ NaN makes it false.
+    @ 1 or 0. Numbers that are positive and below 2^1009 are ordered like their bits. `a > b` is asked as `b < a`, so
+    @ that a NaN makes it false.
     .macro  RELATION name, holds, fails, order, al, ah, bl, bh
     ENTRY   \name
     cmp     r1, #0x7f000000

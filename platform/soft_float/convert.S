@@ -123,8 +123,8 @@
     mvn     r0, #0
     bx      lr
 
-    @ Towards zero. The signed one is the unsigned one of the magnitude with its sign: beyond 2^63 the result is that modulo
-    @ 2^64, and from 2^64 on the greatest unsigned integer with the sign, -1 or 1. So the compiler's own does it.
+    @ Towards zero. The signed one is the unsigned one of the magnitude with its sign: beyond 2^63 the result is that
+    @ modulo 2^64, and from 2^64 on the greatest unsigned integer with the sign, -1 or 1. So the compiler's own does it.
     SECTION to_long_integer
     ENTRY   __aeabi_d2lz
     ENTRY   __fixdfdi

@@ -1,5 +1,5 @@
-@ Quotient of two doubles, by the reciprocal of the divisor's first 32 bits. README.md has the proof of the bounds that are
-@ stated here.
+@ Quotient of two doubles, by the reciprocal of the divisor's first 32 bits. README.md has the proof of the bounds that
+@ are stated here.
     .include "function.inc"
 
     SECTION divide
@@ -12,9 +12,9 @@
     and     r4, r4, r5
     tst     r4, #0x40000000
     beq     rare
-    @ Signs and exponents are subtracted as one number: r4 is less by 2 than the exponent of a quotient from 1 to 2 without
-    @ the one that the leading bit adds. From 0 to 2044 nothing overflows and nothing becomes subnormal; a negative number
-    @ looks like 2045 to 2047.
+    @ Signs and exponents are subtracted as one number: r4 is less by 2 than the exponent of a quotient from 1 to 2
+    @ without the one that the leading bit adds. From 0 to 2044 nothing overflows and nothing becomes subnormal; a
+    @ negative number looks like 2045 to 2047.
     mov     r4, r1, lsr #20
     sub     r4, r4, r3, lsr #20
     add     r4, r4, #0x3fc
@@ -61,7 +61,8 @@
     subs    r0, r0, r7
     sbc     r1, r6, ip
 
-    @ Second digit: r6 = (R / 2^24) L / 2^37, up to 2^23 R / Y, and less by up to one: the next remainder, below 2 Y, tells.
+    @ Second digit: r6 = (R / 2^24) L / 2^37, up to 2^23 R / Y, and less by up to one: the next remainder, below 2 Y,
+    @ tells.
     mov     r6, r1, lsl #8
     orr     r6, r6, r0, lsr #24
     umull   r7, ip, r6, lr
@@ -77,9 +78,9 @@
     sbcs    r7, r1, r3                  @ carry: remainder >= Y
     adc     r6, r6, #0
 
-    @ The quotient 2^54 X / Y, cut off: 54 bits, or 55 for X >= Y. It never lies half-way between two doubles: with 2 m + 1
-    @ of 54 bits, X 2^k = Y (2 m + 1) would make X a multiple of 2 m + 1, which is greater. So the first bit behind those
-    @ that are kept alone decides.
+    @ The quotient 2^54 X / Y, cut off: 54 bits, or 55 for X >= Y. It never lies half-way between two doubles: with 2 m
+    @ + 1 of 54 bits, X 2^k = Y (2 m + 1) would make X a multiple of 2 m + 1, which is greater. So the first bit behind
+    @ those that are kept alone decides.
     mov     r1, r5, lsr #9
     adds    r0, r6, r5, lsl #23
     adc     r1, r1, #0

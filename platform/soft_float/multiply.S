@@ -1,8 +1,8 @@
 @ Product of two doubles.
     .include "function.inc"
 
-    @ r6:r5:lr hold the product of the significands with its leading bit \places + 21 bits above those that are kept, and
-    @ r4 the exponent, less the one that the leading bit adds.
+    @ r6:r5:lr hold the product of the significands with its leading bit \places + 21 bits above those that are kept,
+    @ and r4 the exponent, less the one that the leading bit adds.
     .macro  MOVE_ROUND_AND_RETURN places
     mov     r1, r6, lsl #\places
     orr     r1, r1, r5, lsr #32 - \places
@@ -25,9 +25,9 @@
     and     r4, r4, r5
     tst     r4, #0x40000000
     beq     rare
-    @ Signs and exponents are added as one number. From 0 to 2046 - 1 the exponents leave the sign alone; what comes to it
-    @ is 2 at most (the leading bit, a product of significands from 2 on; rounding up to 2 excludes the latter), so that
-    @ up to 2044 it does not overflow.
+    @ Signs and exponents are added as one number. From 0 to 2046 - 1 the exponents leave the sign alone; what comes to
+    @ it is 2 at most (the leading bit, a product of significands from 2 on; rounding up to 2 excludes the latter), so
+    @ that up to 2044 it does not overflow.
     mov     r4, r1, lsr #20
     add     r4, r4, r3, lsr #20
     sub     r4, r4, #0x400

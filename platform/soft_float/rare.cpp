@@ -1,6 +1,6 @@
-// The operands that the routines in assembly leave aside: subnormal numbers, infinities, NaN, and numbers so great or small
-// that a result may overflow or become subnormal. On integers alone, and short rather than fast: an arithmetic operator on
-// doubles here would come back here.
+// The operands that the routines in assembly leave aside: subnormal numbers, infinities, NaN, and numbers so great or
+// small that a result may overflow or become subnormal. On integers alone, and short rather than fast: an arithmetic
+// operator on doubles here would come back here.
 #include "rare.h"
 
 namespace {
@@ -63,7 +63,8 @@ Parts Split(uint64_t a)
     return parts;
 }
 
-// The last bit is 1 when anything was cut off: enough to round by, as long as it is not the bit behind the last one kept.
+// The last bit is 1 when anything was cut off: enough to round by, as long as it is not the bit behind the last one
+// kept.
 uint64_t Halved(uint64_t significand)
 {
     return (significand >> 1U) | (significand & 1U);
@@ -156,8 +157,8 @@ uint64_t SoftFloatRareProduct(uint64_t a, uint64_t b)
     }
     const Parts x = Split(a);
     const Parts y = Split(b);
-    // The product, which has 105 or 106 bits, divided by 2^42: bit by bit of y, the last one first. As x begins with zeros,
-    // what has left the product keeps the last bit for itself.
+    // The product, which has 105 or 106 bits, divided by 2^42: bit by bit of y, the last one first. As x begins with
+    // zeros, what has left the product keeps the last bit for itself.
     uint64_t product = 0;
     uint64_t rest = y.significand;
     for (; rest != 0; rest >>= 1U)

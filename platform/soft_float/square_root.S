@@ -1,6 +1,6 @@
-@ Square root of a double, by the reciprocal of the root of its first 32 bits. README.md has the proof of the bounds that are
-@ stated here. The mathematics library's own name for it is defined beside the standard one, so that its arc sine or its
-@ hypotenuse come here too, and none of its objects for square roots is needed.
+@ Square root of a double, by the reciprocal of the root of its first 32 bits. README.md has the proof of the bounds
+@ that are stated here. The mathematics library's own name for it is defined beside the standard one, so that its arc
+@ sine or its hypotenuse come here too, and none of its objects for square roots is needed.
     .include "function.inc"
 
     SECTION square_root
@@ -12,8 +12,8 @@
     bcs     SoftFloatRareRoot
     push    {r4, r5, r6, lr}
 
-    @ The number is V * 4^n, V = r1:r0 an integer from 2^62 to 2^64: its first 32 bits are from 2^30. S is the root of V,
-    @ from 2^31 to 2^32. r4: the exponent of the root less the one that the leading bit adds.
+    @ The number is V * 4^n, V = r1:r0 an integer from 2^62 to 2^64: its first 32 bits are from 2^30. S is the root of
+    @ V, from 2^31 to 2^32. r4: the exponent of the root less the one that the leading bit adds.
     mov     r4, r1, lsr #20
     mov     r1, r1, lsl #11
     orr     r1, r1, #SIGN
@@ -63,8 +63,8 @@
     adds    r2, r5, r3, lsl #22
     adc     r1, r1, #0
 
-    @ It is 1 more if the remainder 2^44 V - root^2 = r5:r3 is above 2 root. Both are below 2^57; what goes beyond 64 bits
-    @ cancels.
+    @ It is 1 more if the remainder 2^44 V - root^2 = r5:r3 is above 2 root. Both are below 2^57; what goes beyond 64
+    @ bits cancels.
     umull   r3, r5, r2, r2
     mul     r6, r1, r2
     add     r5, r5, r6, lsl #1
@@ -74,8 +74,8 @@
     adc     lr, r1, r1
     subs    r6, r6, r3
     sbcs    lr, lr, r5
-    @ The root of 54 bits is never half-way between two doubles: its square would be odd, and 2^44 V is even. So its last bit
-    @ alone decides: half of root + 1.
+    @ The root of 54 bits is never half-way between two doubles: its square would be odd, and 2^44 V is even. So its
+    @ last bit alone decides: half of root + 1.
     mov     r3, #1
     movcc   r3, #2
     adds    r2, r2, r3

@@ -47,13 +47,13 @@ uint64_t Root(double a)
     return BitsOf(std::sqrt(Unknown(a)));
 }
 
-// Where the exponents are 33 apart and the difference falls below the first number's leading bit, the compiler's library
-// loses a bit.
+// Where the exponents are 33 apart and the difference falls below the first number's leading bit, the compiler's
+// library loses a bit.
 TEST(Difference, LosesNoBitWhereExponentsAre33Apart)
 {
     EXPECT_EQ(BitsOf(0x1.fffffffe83f32p-1), Difference(1.0, 1.7282690293887698e-10));
     EXPECT_EQ(BitsOf(-0x1.fffffffe83f32p-1), Difference(1.7282690293887698e-10, 1.0));
-    // In units of 2^-53: 2^57 - 0x1726775 = 0x1fffffffe8d988b, of which 53 bits are 0x1fffffffe8d988 and the rest b / 16.
+    // In units of 2^-53: 2^57 - 0x1726775 = 0x1fffffffe8d988b. 53 bits of it are 0x1fffffffe8d988, the rest is b / 16.
     EXPECT_EQ(BitsOf(0x1.fffffffe8d989p3), Difference(16.0, 0x1.726775p-29));
     EXPECT_EQ(BitsOf(0x1.fffffffe8d989p3), Sum(16.0, -0x1.726775p-29));
     EXPECT_EQ(BitsOf(-0x1.fffffffe8d989p3), Sum(0x1.726775p-29, -16.0));

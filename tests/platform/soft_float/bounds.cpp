@@ -42,7 +42,8 @@ uint32_t ReciprocalRoot(uint32_t v)
     return static_cast<uint32_t>(Product(second, THREE - High(Product(v, square)) - 1) >> 31U) - 2;
 }
 
-// 2^84 / Y lies above 2^63 / (d + 1) and up to 2^63 / d. True if L is at most the former, and less than 7 below the latter.
+// 2^84 / Y lies above 2^63 / (d + 1) and up to 2^63 / d. True if L is at most the former, and less than 7 below the
+// latter.
 bool DivisionHolds(uint64_t step)
 {
     constexpr uint64_t ONE = uint64_t{1} << 63U;
@@ -67,7 +68,7 @@ bool RootHolds(uint64_t step)
     {
         const uint64_t l = ReciprocalRoot(static_cast<uint32_t>(v));
         const uint64_t above = l + 14;
-        if (Wide{l * l} * (v + 1) > ONE || Wide{above} * above * v <= ONE)
+        if (Wide{l} * l * (v + 1) > ONE || Wide{above} * above * v <= ONE)
         {
             std::printf("square root: %llx\n", static_cast<unsigned long long>(v));
             return false;

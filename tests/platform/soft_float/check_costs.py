@@ -3,10 +3,10 @@
 
 check_costs.py --readme FILE --readelf READELF --objects OBJECT... --measure COMMAND...
 
-COMMAND prints lines of a name and three counts of instructions. The README has a table row for each: the name in backquotes,
-the three counts, other columns. It also has a row of name and bytes for each section of code, .text.soft_float.NAME; what the
-compiler made stands there as `rare.cpp`, and in a build for size only, so that no figure is compared but in such a row's
-absence. Fails when a row is missing or says anything else.
+COMMAND prints lines of a name and three counts of instructions. The README has a table row for each: the name in
+backquotes, the three counts, other columns. It also has a row of name and bytes for each section .text.soft_float.NAME
+of the objects; what the compiler made of C++ stands there as `rare.cpp`, the sum as `all`. Fails when a row is missing
+or says anything else.
 """
 import argparse
 import re
@@ -22,7 +22,8 @@ def rows(path):
             cells = [cell.strip() for cell in line.strip().strip("|").split("|")]
             if line.startswith("| `"):
                 name = re.match(r"`([^`]+)`", cells[0])[1]
-                found.setdefault(name, []).append([int(c.replace(",", "")) for c in cells[1:] if re.fullmatch(r"[\d,]+", c)])
+                numbers = [int(cell.replace(",", "")) for cell in cells[1:] if re.fullmatch(r"[\d,]+", cell)]
+                found.setdefault(name, []).append(numbers)
     return found
 
 
@@ -32,8 +33,7 @@ def section_sizes(readelf, objects):
     for path in objects:
         listing = subprocess.run([readelf, "-S", "-W", path], check=True, capture_output=True, text=True).stdout
         for name, size in row.findall(listing):
-            ours = name.startswith("soft_float.")
-            key = name.removeprefix("soft_float.") if ours else "rare.cpp"
+            key = name.removeprefix("soft_float.") if name.startswith("soft_float.") else "rare.cpp"
             sizes[key] = sizes.get(key, 0) + int(size, 16)
     return sizes
 

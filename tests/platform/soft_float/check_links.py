@@ -33,7 +33,8 @@ def names_by_member(nm, archive):
 
 
 def defined(nm, objects):
-    return {line.split()[-1] for line in run(nm, "-g", "--defined-only", *objects).splitlines() if len(line.split()) == 3}
+    lines = (line.split() for line in run(nm, "-g", "--defined-only", *objects).splitlines())
+    return {words[-1] for words in lines if len(words) == 3}
 
 
 def undefined(nm, objects):
@@ -51,7 +52,8 @@ def writable_sections(readelf, path):
 
 
 def absolute_references(readelf, path):
-    return [line for line in run(readelf, "-r", "-W", path).splitlines() if "R_ARM_ABS32" in line or "R_ARM_MOV" in line]
+    lines = run(readelf, "-r", "-W", path).splitlines()
+    return [line for line in lines if "R_ARM_ABS32" in line or "R_ARM_MOV" in line]
 
 
 def main():
@@ -79,8 +81,9 @@ def main():
     for path in options.map:
         with open(path, encoding="utf-8") as file:
             text = file.read()
-        found += [f"{path}: {member} was linked" for member in sorted(linked_members(text, options.libgcc) & set(replaced))]
-        found += [f"{path}: {member} was linked" for member in sorted(linked_members(text, options.libm) & set(roots))]
+        for archive, members in ((options.libgcc, replaced), (options.libm, roots)):
+            linked = linked_members(text, archive) & set(members)
+            found += [f"{path}: {member} was linked" for member in sorted(linked)]
         if "add.S.o" not in text:
             found.append(f"{path}: the component was not linked")
 

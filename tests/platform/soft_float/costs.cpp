@@ -1,5 +1,5 @@
-// Instructions of each routine on ordinary operands: a line with name, least, median and greatest count of 201 calls. The
-// call counts, and so do the moves of operands and result that it takes.
+// Instructions of each routine on ordinary operands: a line with name, least, median and greatest count of 201 calls.
+// The call counts, and so do the moves of operands and result that it takes.
 #include <algorithm>
 #include <array>
 #include <cmath>

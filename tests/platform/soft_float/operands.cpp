@@ -59,8 +59,8 @@ uint64_t LowBits(uint32_t count)
 
 // --- directed pairs
 
-// Zeros, ends of the ranges of subnormal and normal numbers, infinity, NaN; ones, ends of the integers' ranges and of single
-// precision; the ends of the range that the quick routines treat.
+// Zeros, ends of the ranges of subnormal and normal numbers, infinity, NaN; ones, ends of the integers' ranges and of
+// single precision; the ends of the range that the quick routines treat.
 constexpr uint64_t SPECIAL[] = {
     0x0000000000000000, 0x0000000000000001, 0x0000000000000002, 0x0000000000000003, 0x000FFFFFFFFFFFFF,
     0x000FFFFFFFFFFFFE, 0x0008000000000000, 0x0007FFFFFFFFFFFF, 0x0010000000000000, 0x0010000000000001,

@@ -1,5 +1,5 @@
-// Pairs of doubles, by their bits, at which arithmetic goes wrong if anywhere. In blocks, each of which is made from its
-// number alone; by integer arithmetic, so that every platform makes the same.
+// Pairs of doubles, by their bits, at which arithmetic goes wrong if anywhere. In blocks, each of which is made from
+// its number alone; by integer arithmetic, so that every platform makes the same.
 #ifndef QSTDLIB_TESTS_PLATFORM_SOFT_FLOAT_OPERANDS_H
 #define QSTDLIB_TESTS_PLATFORM_SOFT_FLOAT_OPERANDS_H
 

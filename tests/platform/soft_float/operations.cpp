@@ -93,7 +93,7 @@ uint64_t Relate(const Pair& operands)
     const double a = Real(operands.a);
     const double b = Real(operands.b);
     return (a < b ? 1U : 0U) | (a <= b ? 2U : 0U) | (a == b ? 4U : 0U) | (a >= b ? 8U : 0U) | (a > b ? 16U : 0U) |
-           (a != b ? 32U : 0U) | (__builtin_isunordered(a, b) ? 64U : 0U);
+           (a != b ? 32U : 0U) | (__builtin_isunordered(a, b) != 0 ? 64U : 0U);
 }
 
 #if defined(__arm__) && !defined(__thumb__)
@@ -126,19 +126,19 @@ QSTD_DEFINE_FLAGS(FlagsOfReversedOrder, __aeabi_cdrcmple)
 #else
 
 // Those comparisons are not for the language, and the flags not for Thumb code.
-uint32_t FlagsOfOrder(uint64_t first, uint64_t second)
+uint32_t FlagsOfOrder(uint64_t a, uint64_t b)
 {
-    return Real(first) < Real(second) ? 0U : (Real(first) == Real(second) ? 3U : 2U);
+    return Real(a) < Real(b) ? 0U : (Real(a) == Real(b) ? 3U : 2U);
 }
 
-uint32_t FlagsOfEquality(uint64_t first, uint64_t second)
+uint32_t FlagsOfEquality(uint64_t a, uint64_t b)
 {
-    return FlagsOfOrder(first, second);
+    return FlagsOfOrder(a, b);
 }
 
-uint32_t FlagsOfReversedOrder(uint64_t first, uint64_t second)
+uint32_t FlagsOfReversedOrder(uint64_t a, uint64_t b)
 {
-    return FlagsOfOrder(second, first);
+    return Real(b) < Real(a) ? 0U : (Real(a) == Real(b) ? 3U : 2U);
 }
 
 #endif
@@ -230,7 +230,8 @@ uint64_t ToFloat(const Pair& operands)
     return Result(static_cast<float>(Real(operands.a)));
 }
 
-// What lies out of range has no value in the language. On the host the rules of the ARM run-time ABI stand in its place.
+// What lies out of range has no value in the language. On the host the rules of the ARM run-time ABI stand in its
+// place.
 uint64_t ToInt32(const Pair& operands)
 {
     const double a = Real(operands.a);

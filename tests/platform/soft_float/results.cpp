@@ -1,7 +1,8 @@
 // Results of the operations on blocks of operands, to be compared between platforms.
 //
-// results FIRST COUNT OPERATION...: a line for each operation and each of COUNT blocks from FIRST on: name, number of the
-// block, hash of its results. Without names, of all operations.
+// results FIRST COUNT OPERATION...: a line for each operation and each of COUNT blocks from FIRST on: name, number of
+// the block, hash of its results. Without names, of all operations.
+//
 // results --show NUMBER OPERATION: the operands of a block, and each result.
 #include <cinttypes>
 #include <cstdio>

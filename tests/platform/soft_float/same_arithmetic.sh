@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# same_arithmetic.sh FIRST COUNT OPERATIONS REFERENCE PROGRAM...: the program, started by the words PROGRAM, gives the results
-# of the program REFERENCE on COUNT blocks of 4096 pairs of operands from block FIRST on, for each of OPERATIONS, a list with
-# commas between. Where one differs its operands are shown, with both results.
+# same_arithmetic.sh FIRST COUNT OPERATIONS REFERENCE PROGRAM...: the program, started by the words PROGRAM, gives the
+# results of the program REFERENCE on COUNT blocks of 4096 pairs of operands from block FIRST on, for each of
+# OPERATIONS, a list with commas between. Where one differs its operands are shown, with both results.
 set -euo pipefail
 first=$1 count=$2 reference=$4
 IFS=, read -r -a operations <<<"$3"
