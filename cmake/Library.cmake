@@ -83,6 +83,10 @@ if(QSTDLIB_SHARED)
                    # The C++ runtime is not needed: no exceptions, no run-time types, heap by malloc.
                    LINKER_LANGUAGE C)
     target_link_options(qstdlib PRIVATE LINKER:--as-needed)
+    if(QSTDLIB_SOFT_FLOAT_OBJECTS)
+        # What the library does not call of it stays out.
+        target_link_options(qstdlib PRIVATE LINKER:--gc-sections)
+    endif()
 endif()
 foreach(target IN LISTS QSTDLIB_LIBRARIES)
     target_include_directories(

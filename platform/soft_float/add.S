@@ -58,7 +58,7 @@
 
     @ With d > 54 y is less than a quarter of a unit of x, and less than half of one below a power of two: x is the
     @ result. Otherwise moves y by d - 32 = r5 places: \yh goes on to r0, `rest` is made, and what falls behind it is
-    @ kept in lr.
+    @ kept in lr. Label 8, where x is returned, stands behind the macro that uses this one.
     .macro  MOVE_FAR yl, yh
     cmp     r5, #54
     bhi     8f
@@ -207,8 +207,13 @@ cancelled_exactly:
     add     r1, r1, #9 * LEADING_BIT    @ 10, but the leading bit adds one
     pop     {r4, r5, pc}
 
+    @ Two zeros are common enough to be told here: the sum is -0 only if both are.
 rare:
     pop     {r4, r5, lr}
-    b       SoftFloatRareSum
+    orrs    ip, r0, r1, lsl #1
+    orrseq  ip, r2, r3, lsl #1
+    bne     SoftFloatRareSum
+    and     r1, r1, r3
+    bx      lr
 
     .section .note.GNU-stack, "", %progbits

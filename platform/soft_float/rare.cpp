@@ -100,6 +100,7 @@ uint64_t Rounded(uint64_t sign, int32_t exponent, uint64_t significand)
 
 } // namespace
 
+// One of them is not zero.
 uint64_t SoftFloatRareSum(uint64_t a, uint64_t b)
 {
     if (IsNan(a) || IsNan(b))
@@ -109,10 +110,6 @@ uint64_t SoftFloatRareSum(uint64_t a, uint64_t b)
     if (IsInfinite(a))
     {
         return IsInfinite(b) && a != b ? INVALID : a;
-    }
-    if (IsZero(a) && IsZero(b))
-    {
-        return a & b; // -0 only if both are
     }
     if (IsInfinite(b) || IsZero(a))
     {
