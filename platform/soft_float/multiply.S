@@ -25,9 +25,9 @@
     and     r4, r4, r5
     tst     r4, #0x40000000
     beq     rare
-    @ Signs and exponents are added as one number. From 0 to 2046 - 1 the exponents leave the sign alone; what comes to
-    @ it is 2 at most (the leading bit, a product of significands from 2 on; rounding up to 2 excludes the latter), so
-    @ that up to 2044 it does not overflow.
+    @ Signs and exponents are added as one number, the exponents to 0 to 2046, which leaves the sign alone. The exponent
+    @ grows by 2 at most: the leading bit adds one, and so does a product of significands from 2 on or one that is
+    @ rounded up to 2. So up to 2044 it does not overflow.
     mov     r4, r1, lsr #20
     add     r4, r4, r3, lsr #20
     sub     r4, r4, #0x400
