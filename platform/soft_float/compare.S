@@ -1,9 +1,9 @@
 @ Comparisons of two doubles.
     .include "function.inc"
 
-    @ Flags for a = \ah:\al and b = \bh:\bl: carry clear for a < b, zero set for a = b. With a NaN they are as for a > b.
-    @ Changes ip and flags, nothing else. Here are also the numbers that the relations below leave aside: negative ones,
-    @ and those from 2^1009 on.
+    @ Flags for a = \ah:\al and b = \bh:\bl: carry clear for a < b, zero set for a = b. With a NaN they are as for a >
+    @ b. Changes ip and flags, nothing else. Here are also the numbers that the relations below leave aside: negative
+    @ ones, and those from 2^1009 on.
     .macro  ORDER al, ah, bl, bh
     mov     ip, #ALL_ONES_DOUBLED
     cmn     ip, \ah, lsl #1

@@ -13,8 +13,8 @@
     tst     r4, #0x40000000
     beq     rare
     @ Signs and exponents are subtracted as one number. r4 is less by 2 than the exponent of a quotient from 1 to 2
-    @ without the one that the leading bit adds: 2043 at most, so nothing overflows. From 0 on nothing becomes subnormal,
-    @ and the sign is right; a negative number looks like 2045 to 2047.
+    @ without the one that the leading bit adds: 2043 at most, so nothing overflows. From 0 on nothing becomes
+    @ subnormal, and the sign is right; a negative number looks like 2045 to 2047.
     mov     r4, r1, lsr #20
     sub     r4, r4, r3, lsr #20
     add     r4, r4, #0x3fc
