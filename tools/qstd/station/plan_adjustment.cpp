@@ -259,8 +259,9 @@ std::vector<PlanObservation> PlanObservations(const std::vector<PreparedSight>& 
     return observations;
 }
 
-EllipseAxes AxesOf(const Matrix3& q)
+EllipseAxes AxesOf(const Matrix3& cofactors)
 {
+    const Matrix3& q = cofactors;
     // The eigenvalues of the 2 x 2 part, mean and radius of Mohr's circle.
     const double mean = (q[0][0] + q[1][1]) / 2.0;
     const double radius = std::hypot((q[0][0] - q[1][1]) / 2.0, q[0][1]);
