@@ -59,6 +59,8 @@ struct Row
     int32_t status = QSTD_OK;
     bool isComputed = true; /**< false: the values that depend on the computation are nothing */
     std::string remark;     /**< why not, or what to know; from the status where empty and something is wrong */
+    std::vector<std::string> warnings = {}; /**< what makes the values doubtful */
+    bool isProven = true;                   /**< false: the values miss what was asked for, as a warning says */
 };
 
 enum class Layout

@@ -17,6 +17,9 @@ constexpr int NUMBER_DECIMALS = 6;
 constexpr int PERCENT_DECIMALS = 4;
 constexpr size_t MOST_PROPOSALS = 3;
 
+/** Of a long list, as many as a reader looks at. */
+constexpr size_t MOST_WARNINGS = 20;
+
 const std::string INDENT = "  ";
 
 /** In quotes where it holds what a reader would take for structure; leading blanks would be lost elsewhere too. */
@@ -46,6 +49,16 @@ std::string JoinNames(const std::vector<std::string>& names)
         text += (text.empty() ? "" : ", ") + name;
     }
     return text;
+}
+
+/** The remark of a line that holds all there is to say. */
+std::string RemarkWithWarnings(std::string remark, const std::vector<std::string>& warnings)
+{
+    for (const std::string& warning : warnings)
+    {
+        remark += (remark.empty() ? "Warning: " : "; Warning: ") + warning;
+    }
+    return remark;
 }
 
 void AddJson(nlohmann::ordered_json& object, const Column& column, const Value& value)
@@ -107,6 +120,7 @@ void Sink::StartWriting(OutputStream& outputStream, FigureWriter* figureWriter)
     figure = figureWriter;
     begun = 0;
     hasFailures = false;
+    warnings = 0;
 }
 
 std::string Sink::Cell(const Column& column, const Value& value) const
@@ -177,9 +191,12 @@ bool Sink::HasFailures() const
     return hasFailures;
 }
 
-const std::string& Sink::Messages() const
+std::string Sink::Messages() const
 {
-    return messages;
+    const size_t more = warnings > MOST_WARNINGS ? warnings - MOST_WARNINGS : 0;
+    return more == 0 ? messages
+                     : fmt::format("{}qstd: {}: {} not shown\n", messages, verb,
+                                   Counted(more, "more warning", "more warnings"));
 }
 
 const OutputOptions& Sink::Options() const
@@ -287,7 +304,7 @@ void Sink::Begin(const Section& section)
 
 void Sink::Add(const Row& row)
 {
-    hasFailures = hasFailures || !row.isComputed;
+    hasFailures = hasFailures || !row.isComputed || !row.isProven;
     if (stream != nullptr && stream->HasFailed())
     {
         return;
@@ -303,6 +320,7 @@ void Sink::Add(const Row& row)
         Measure(values);
         return;
     }
+    TellWarnings(row);
     switch (options.format)
     {
     case OutputFormat::TEXT:
@@ -324,7 +342,10 @@ std::vector<Value> Sink::Complete(const Row& row) const
     // The library answers some questions without a result by success: a count of 0, an empty record.
     values.emplace_back(!row.isComputed && row.status == QSTD_OK ? "NOT_COMPUTED" : StatusName(row.status));
     const bool isWrong = !row.isComputed || row.status < 0;
-    values.emplace_back(row.remark.empty() && isWrong ? StatusMeaning(row.status) : row.remark);
+    std::string remark = row.remark.empty() && isWrong ? StatusMeaning(row.status) : row.remark;
+    const bool isLine = options.format == OutputFormat::CSV ||
+                        (options.format == OutputFormat::TEXT && current.layout == Layout::TABLE);
+    values.emplace_back(isLine ? RemarkWithWarnings(std::move(remark), row.warnings) : std::move(remark));
     return values;
 }
 
@@ -427,6 +448,27 @@ void Sink::WriteRecord(const Row& row, const std::vector<Value>& values)
         }
         stream->Write(WithoutTrailingBlanks(line) + "\n");
     }
+    for (const std::string& warning : row.warnings)
+    {
+        stream->Write(fmt::format("{}Warning: {}\n", INDENT, warning));
+    }
+}
+
+void Sink::TellWarnings(const Row& row)
+{
+    if (options.format == OutputFormat::TEXT)
+    {
+        return;
+    }
+    for (const std::string& warning : row.warnings)
+    {
+        if (++warnings <= MOST_WARNINGS)
+        {
+            const auto* name = row.values.empty() ? nullptr : std::get_if<std::string>(&row.values.front());
+            messages += fmt::format("qstd: {}: warning: {}{}\n", verb,
+                                    name == nullptr || name->empty() ? "" : *name + ": ", warning);
+        }
+    }
 }
 
 bool Sink::IsRemark(size_t place) const
@@ -474,6 +516,7 @@ void Sink::WriteJson(const Row& row, const std::vector<Value>& values)
             AddJson(object, section.columns[place], values[place]);
         }
     }
+    object["warnings"] = row.warnings;
     stream->Write(object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
 }
 

@@ -44,11 +44,11 @@ public:
     /** Where the figure goes; null when none is wanted, and while measuring. */
     [[nodiscard]] FigureWriter* Figure() const;
 
-    /** True when a row was not computed. */
+    /** True when a row was not computed, or misses what was asked for. */
     [[nodiscard]] bool HasFailures() const;
 
-    /** Notes of a run in CSV or JSON. */
-    [[nodiscard]] const std::string& Messages() const;
+    /** Warnings and notes of a run in CSV or JSON. Beyond a limit warnings are counted. */
+    [[nodiscard]] std::string Messages() const;
 
     [[nodiscard]] const OutputOptions& Options() const;
 
@@ -74,6 +74,7 @@ private:
     void WriteRecord(const Row& row, const std::vector<Value>& values);
     [[nodiscard]] bool IsRemark(size_t place) const;
     void WriteRemark(const Row& row, const std::string& remark);
+    void TellWarnings(const Row& row);
     void WriteTableRow(const std::vector<Value>& values);
     void WriteTitles();
     void WriteCsv(const std::vector<Value>& values);
@@ -93,6 +94,7 @@ private:
     bool hasWritten = false;
     bool hasNotes = false;
     std::string messages;
+    size_t warnings = 0;
 };
 
 } // namespace qstd

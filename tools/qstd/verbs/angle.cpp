@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -41,6 +42,15 @@ std::vector<Value> Forms(AngleUnit units)
             FormatFixed(units * (PI / ANGLE_HALF_CIRCLE), 8) + "rad", int64_t{units}};
 }
 
+/** Each form, read again, gives the angle. */
+bool AreReadAgain(const std::vector<Value>& forms, AngleUnit units)
+{
+    return std::all_of(forms.begin(), forms.end(), [units](const Value& form) {
+        const auto* text = std::get_if<std::string>(&form);
+        return text == nullptr || ParseAngle(*text, std::nullopt).units == units;
+    });
+}
+
 Row RowOf(const std::string& text, const Inputs& inputs)
 {
     Row row;
@@ -55,6 +65,11 @@ Row RowOf(const std::string& text, const Inputs& inputs)
     const AngleUnit units = given ? DirectionOfUnits(*given) : inputs.Angle(text, "angle");
     const std::vector<Value> forms = Forms(units);
     row.values.insert(row.values.end(), forms.begin(), forms.end());
+    if (!AreReadAgain(forms, units))
+    {
+        row.isProven = false;
+        row.warnings.emplace_back("not what was asked for: a form, read again, gives another angle");
+    }
     if (given && *given != units)
     {
         row.remark = "brought within the circle";

@@ -1,15 +1,20 @@
 #include "verbs/area.h"
 
 #include "input/table_points.h"
+#include "proof/crossing_sides.h"
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "text/outcome.h"
 #include "text/text.h"
 #include "verbs/arguments.h"
+#include "verbs/own_axes.h"
 #include "verbs/plan_shapes.h"
 
 #include <qstdlib.h>
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <optional>
@@ -22,6 +27,10 @@ namespace {
 /** The library counts corners in 16 bits. */
 constexpr size_t MOST_CORNERS = 32767;
 constexpr size_t FEWEST_CORNERS = 3;
+
+/** So many crossings are looked for, and so many told; a list in no order at all has any number. */
+constexpr size_t MOST_CROSSINGS = 100;
+constexpr size_t MOST_NAMED_CROSSINGS = 3;
 
 const Section SECTION = {"area",
                          Layout::RECORD,
@@ -104,18 +113,86 @@ double Perimeter(const std::vector<KnownPoint>& corners)
     return sum;
 }
 
-double Area(const std::vector<KnownPoint>& corners)
+/** @param origin  that coordinates count from */
+double Area(const std::vector<KnownPoint>& corners, const PlanVector& origin)
 {
+    const OwnAxes axes(origin);
     std::vector<PointRecord> records;
     records.reserve(corners.size());
     for (const KnownPoint& corner : corners)
     {
-        records.push_back(corner.point);
+        records.push_back(axes.In(corner.point));
     }
     return QCogoCalcArea(records.data(), static_cast<int32_t>(records.size()));
 }
 
-Row Compute(const Corners& corners)
+std::vector<PlanVector> PlacesOf(const std::vector<KnownPoint>& corners)
+{
+    std::vector<PlanVector> places;
+    places.reserve(corners.size());
+    for (const KnownPoint& corner : corners)
+    {
+        places.push_back(PlanOf(corner.point));
+    }
+    return places;
+}
+
+/** The area as the library gives it or, where that misses, with coordinates from the first corner. */
+double ProvenArea(const std::vector<KnownPoint>& corners, const Sink& sink, Row& row)
+{
+    const CountedArea counted = AreaOf(PlacesOf(corners));
+    const double asGiven = Area(corners, {});
+    if (std::fabs(asGiven - counted.area) <= counted.allowed)
+    {
+        return asGiven;
+    }
+    const std::string miss = fmt::format("{:.6g} {}", std::fabs(asGiven - counted.area), AreaSymbol(sink.Options().unit));
+    const double fromFirst = Area(corners, PlanOf(corners.front().point));
+    if (std::fabs(fromFirst - counted.area) <= counted.allowed)
+    {
+        AddRemark(fmt::format("computed with coordinates from the first corner: as given, the library's area is off by {}",
+                              miss),
+                  row);
+        return fromFirst;
+    }
+    row.isProven = false;
+    row.warnings.push_back("not what was asked for: the area is off by " + miss);
+    return asGiven;
+}
+
+std::string SideName(const std::vector<KnownPoint>& corners, size_t from)
+{
+    // A corner that is repeated is no end of the side.
+    size_t to = from;
+    for (size_t i = 1; i < corners.size() && PlanDistance(corners[from].point, corners[to].point) == 0.0; ++i)
+    {
+        to = (from + i) % corners.size();
+    }
+    return fmt::format("{} - {}", corners[from].id, corners[to].id);
+}
+
+/** Which sides cross, and where. */
+std::string CrossingText(const std::vector<KnownPoint>& corners, const std::vector<Crossing>& crossings,
+                         const Sink& sink)
+{
+    std::string text = "the boundary crosses itself: ";
+    const size_t named = std::min(crossings.size(), MOST_NAMED_CROSSINGS);
+    for (size_t i = 0; i < named; ++i)
+    {
+        const Crossing& crossing = crossings[i];
+        text += fmt::format("{}side {} crosses side {} at {}, {}", i == 0 ? "" : "; ",
+                            SideName(corners, crossing.first), SideName(corners, crossing.second),
+                            sink.LengthText(crossing.place.north), sink.LengthText(crossing.place.east));
+    }
+    if (crossings.size() > named)
+    {
+        text += fmt::format("; and {}{} more", crossings.size() == MOST_CROSSINGS ? "at least " : "",
+                            crossings.size() - named);
+    }
+    return text + "; give the corners in the order of the boundary";
+}
+
+Row Compute(const Corners& corners, const std::vector<Crossing>& crossings, const Sink& sink)
 {
     Row row;
     if (corners.unusable)
@@ -142,7 +219,15 @@ Row Compute(const Corners& corners)
                         Counted(corners.count, "corner", "corners"), corners.count == 1 ? "encloses" : "enclose");
         return row;
     }
-    row.values.insert(row.values.end(), {Area(corners.points), Perimeter(corners.points)});
+    if (!crossings.empty())
+    {
+        row.isComputed = false;
+        AddRemark(CrossingText(corners.points, crossings, sink), row);
+        row.values.insert(row.values.end(), {Value(), Perimeter(corners.points)});
+        return row;
+    }
+    const double area = ProvenArea(corners.points, sink, row);
+    row.values.insert(row.values.end(), {area, Perimeter(corners.points)});
     return row;
 }
 
@@ -151,7 +236,7 @@ bool IsSamePlace(const PointRecord& one, const PointRecord& other)
     return one.northing == other.northing && one.easting == other.easting;
 }
 
-void Draw(const Corners& corners, const Row& row, const Sink& sink)
+void Draw(const Corners& corners, const std::vector<Crossing>& crossings, const Row& row, const Sink& sink)
 {
     FigureWriter* const figure = sink.Figure();
     figure->Begin({FigureView::Kind::PLAN, "Area", {}, 0.0});
@@ -167,7 +252,13 @@ void Draw(const Corners& corners, const Row& row, const Sink& sink)
         previous = &corner;
     }
     const LinearUnit unit = sink.Options().unit;
-    figure->Note(fmt::format("area {} {}", sink.LengthText(std::get<double>(row.values[1])), AreaSymbol(unit)));
+    for (const Crossing& crossing : crossings)
+    {
+        figure->Add(FigurePoint{"", {crossing.place.north, crossing.place.east, std::nullopt}, PointRole::COMPUTED});
+    }
+    const auto* area = std::get_if<double>(&row.values[1]);
+    figure->Note(area == nullptr ? "no area: sides cross where circles are"
+                                 : fmt::format("area {} {}", sink.LengthText(*area), AreaSymbol(unit)));
     figure->Note(fmt::format("perimeter {} {}", sink.LengthText(std::get<double>(row.values[2])), UnitSymbol(unit)));
 }
 
@@ -187,13 +278,16 @@ std::string Title(const std::vector<KnownPoint>& corners)
 void RunArea(const AreaOptions& options, Inputs& inputs, Sink& sink)
 {
     const Corners corners = Read(options, inputs);
-    const Row row = Compute(corners);
+    const bool hasBoundary = corners.points.size() >= FEWEST_CORNERS && corners.count <= MOST_CORNERS;
+    const std::vector<Crossing> crossings =
+        hasBoundary ? FindCrossings(PlacesOf(corners.points), MOST_CROSSINGS) : std::vector<Crossing>();
+    const Row row = Compute(corners, crossings, sink);
     sink.Title(Title(corners.points));
     sink.Begin(SECTION);
     sink.Add(row);
-    if (sink.Figure() != nullptr && row.isComputed)
+    if (sink.Figure() != nullptr && (row.isComputed || !crossings.empty()))
     {
-        Draw(corners, row, sink);
+        Draw(corners, crossings, row, sink);
     }
 }
 

@@ -1,7 +1,10 @@
 #include "verbs/foot.h"
 
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
+#include "verbs/own_axes.h"
 #include "verbs/plan_shapes.h"
 
 #include <qstdlib.h>
@@ -39,19 +42,44 @@ struct Perpendicular
     AngDistRecord toFoot = {};
 };
 
-/** Why the foot has no height although both ends of the line have one. */
-std::string HeightRemark(const PlanLine& line, const PointRecord& foot)
+/** In axes along the line, which then runs due north: the library interpolates heights along the northing. */
+PointRecord FootInOwnAxes(const LineDef& line, const PointRecord& point, bool isSouth)
 {
-    const bool isFlagged = (foot.flags & POINT_HAS_HEIGHT) != 0;
-    if (!isFlagged || std::isfinite(foot.height))
-    {
-        return "";
-    }
-    return fmt::format("no height: the library interpolates it along the northing, which is the same at {} and {}",
-                       line.first.id, line.second.id);
+    const Course course = CourseOf(line, isSouth);
+    const OwnAxes axes(course.origin, course.direction);
+    LineDef own = line;
+    own.mode = LINE_BY_POINTS;
+    own.first = axes.In(line.first);
+    own.second = line.mode == LINE_BY_POINTS ? line.second : PointRecord{0.0, 0.0, 0.0, POINT_HAS_PLAN};
+    own.second.northing = line.mode == LINE_BY_POINTS ? PlanDistance(line.first, line.second) : 1.0;
+    own.second.easting = 0.0;
+    const PointRecord ownPoint = axes.In(point);
+    PointRecord foot{};
+    QCogoCalcPtLine(&own, &ownPoint, &foot);
+    return axes.Out(foot);
 }
 
-Row Compute(const PlanLine& line, const KnownPoint& point, bool isSouth, Perpendicular& result)
+/** The foot as the library gives it or, where that misses, in other axes. */
+void ProveFootOfLine(const PlanLine& line, const PointRecord& point, bool isSouth, const Sink& sink, PointRecord& foot,
+                     Row& row)
+{
+    const Proof asGiven = ProveFoot(line.definition, point, foot, isSouth);
+    if (asGiven.Holds())
+    {
+        return;
+    }
+    const PointRecord other = FootInOwnAxes(line.definition, point, isSouth);
+    const Proof inOwnAxes = ProveFoot(line.definition, point, other, isSouth);
+    if (inOwnAxes.Holds())
+    {
+        foot = other;
+        RemarkOtherForm(asGiven, "in axes along the line", sink, row);
+        return;
+    }
+    Judge(asGiven, sink, row);
+}
+
+Row Compute(const PlanLine& line, const KnownPoint& point, bool isSouth, const Sink& sink, Perpendicular& result)
 {
     Row row;
     row.values = {point.id};
@@ -65,13 +93,18 @@ Row Compute(const PlanLine& line, const KnownPoint& point, bool isSouth, Perpend
     {
         return row;
     }
+    ProveFootOfLine(line, point.point, isSouth, sink, result.foot, row);
     result.place = PlaceOnLine(line.definition, point.point, isSouth);
     QCogoCoordToAngDist(&point.point, &result.foot, &result.toFoot);
     const double distance = result.toFoot.horizontalDistance;
+    const bool hasAzimuth = !(distance < ON_THE_LINE);
+    Proof way;
+    RequireWayToFoot(point.point, result.foot, distance,
+                     hasAzimuth ? std::optional(result.toFoot.azimuth) : std::nullopt, isSouth, way);
+    Judge(way, sink, row);
     row.values.insert(row.values.end(), {RealValue(result.foot.northing), RealValue(result.foot.easting),
                                          HeightOf(result.foot), result.place.chainage, result.place.offset, distance,
-                                         distance < ON_THE_LINE ? Value() : AngleOf(result.toFoot.azimuth)});
-    row.remark = HeightRemark(line, result.foot);
+                                         hasAzimuth ? AngleOf(result.toFoot.azimuth) : Value()});
     if (!std::isfinite(result.foot.height))
     {
         // No figure draws a place whose height is no number.
@@ -110,7 +143,7 @@ void RunFoot(const FootOptions& options, Inputs& inputs, Sink& sink)
 
     Perpendicular result;
     const bool isSouth = options.instrument.isSouthAzimuth;
-    const Row row = Compute(line, point, isSouth, result);
+    const Row row = Compute(line, point, isSouth, sink, result);
     sink.Title(fmt::format("Foot of {} on {}", point.id, LineName(line, sink)));
     sink.Begin(SectionWith(SideText(result.place.offset, sink)));
     sink.Add(row);

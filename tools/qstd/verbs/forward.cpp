@@ -1,5 +1,7 @@
 #include "verbs/forward.h"
 
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
 #include "verbs/plan_shapes.h"
@@ -94,7 +96,11 @@ void RunForward(const ForwardOptions& options, Inputs& inputs, Sink& sink)
     const InstrumentConnection connection(instrument);
 
     PointRecord result{};
-    const Row row = Compute(polar, result);
+    Row row = Compute(polar, result);
+    if (row.isComputed)
+    {
+        Judge(ProveForward(polar.from.point, polar.observation, result, options.instrument.isSouthAzimuth), sink, row);
+    }
     const AngDistRecord& observation = polar.observation;
     std::string title =
         fmt::format("Forward from {}, azimuth {}, distance {}", polar.from.id, sink.AngleText(observation.azimuth),

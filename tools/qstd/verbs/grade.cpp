@@ -1,5 +1,7 @@
 #include "verbs/grade.h"
 
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "verbs/arguments.h"
 
 #include <qstdlib.h>
@@ -18,7 +20,7 @@ const Section SECTION = {"grade",
                           {"grade", "grade", Quantity::PERCENT, ""},
                           {"ratio", "ratio 1 :", Quantity::NUMBER, ""}}};
 
-Row Compute(double horizontal, double vertical)
+Row Compute(double horizontal, double vertical, const Sink& sink)
 {
     SlopeResult slope{};
     QCogoCalcSlopeByDist(horizontal, vertical, &slope);
@@ -37,6 +39,10 @@ Row Compute(double horizontal, double vertical)
     {
         row.remark = "level: there is no ratio";
     }
+    if (row.isComputed)
+    {
+        Judge(ProveGrade(horizontal, vertical, slope), sink, row);
+    }
     return row;
 }
 
@@ -49,7 +55,7 @@ void RunGrade(const GradeOptions& options, Inputs& inputs, Sink& sink)
     const double vertical = LengthArgument(options.vertical, "height difference");
     sink.Title(fmt::format("Slope of {} over {}", sink.LengthText(vertical), sink.LengthText(horizontal)));
     sink.Begin(SECTION);
-    sink.Add(Compute(horizontal, vertical));
+    sink.Add(Compute(horizontal, vertical, sink));
 }
 
 } // namespace qstd

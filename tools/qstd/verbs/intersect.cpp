@@ -1,19 +1,24 @@
 #include "verbs/intersect.h"
 
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "text/outcome.h"
 #include "text/text.h"
 #include "verbs/arguments.h"
+#include "verbs/own_axes.h"
 #include "verbs/plan_shapes.h"
 
 #include <qstdlib.h>
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <set>
+#include <utility>
 
 namespace qstd {
 
@@ -41,6 +46,12 @@ struct Solutions
     std::array<std::string, 2> positions; /**< which of the two each is, in words */
     size_t count = 0;
     Row refusal; /**< without a solution: why */
+    Row verdict; /**< of the proof: remark and warnings for every solution */
+
+    [[nodiscard]] std::vector<PointRecord> Found() const
+    {
+        return {points.begin(), points.begin() + static_cast<ptrdiff_t>(count)};
+    }
 };
 
 /** The refusal has its place in the table of results, and in text a line of its own. */
@@ -104,18 +115,26 @@ bool IsRefused(const Curves& curves, Solutions& solutions)
     return false;
 }
 
+const char* const PARALLEL = "the lines are parallel, or so nearly that the library takes them for parallel";
+
 Solutions OfLines(const PlanLine& first, const PlanLine& second)
 {
     Solutions solutions;
     const int32_t status = QCogoCalcCrossLine(&first.definition, &second.definition, solutions.points.data());
     if (status != QSTD_OK)
     {
-        return Refusal(status, status == QSTD_PARALLEL_LINES
-                                   ? "the lines are parallel, or so nearly that the library takes them for parallel"
-                                   : "");
+        return Refusal(status, status == QSTD_PARALLEL_LINES ? PARALLEL : "");
     }
     solutions.count = 1;
     return solutions;
+}
+
+/** Why a line and a circle have no intersection. */
+std::string PassesText(const PlanLine& line, const Circle& circle, bool isSouth, const Sink& sink)
+{
+    const double distance = std::fabs(PlaceOnLine(line.definition, circle.centre.point, isSouth).offset);
+    return fmt::format("the line passes {} from the centre, outside the circle of radius {}",
+                       sink.LengthText(distance), sink.LengthText(circle.radius));
 }
 
 /** In which order the library gives the two points. */
@@ -132,9 +151,7 @@ Solutions OfLineAndCircle(const PlanLine& line, const Circle& circle, bool isSou
         QCogoCalcCrossLineCircle(&line.definition, &circle.centre.point, circle.radius, solutions.points.data());
     if (count == 0)
     {
-        const double distance = std::fabs(PlaceOnLine(line.definition, circle.centre.point, isSouth).offset);
-        return Refusal(QSTD_OK, fmt::format("the line passes {} from the centre, outside the circle of radius {}",
-                                            sink.LengthText(distance), sink.LengthText(circle.radius)));
+        return Refusal(QSTD_OK, PassesText(line, circle, isSouth, sink));
     }
     if (count < 0)
     {
@@ -178,6 +195,176 @@ Solutions OfCircles(const Circle& first, const Circle& second, const Sink& sink)
     return solutions;
 }
 
+/** So far that the library's intercept of a line is no worse than the places that count. */
+double ReachOf(const Curves& curves)
+{
+    double reach = 1.0;
+    const PointRecord& from = curves.lines.front().definition.first;
+    for (const PlanLine& line : curves.lines)
+    {
+        reach = std::max(reach, PlanDistance(from, line.definition.first));
+    }
+    for (const Circle& circle : curves.circles)
+    {
+        reach = std::max({reach, PlanDistance(from, circle.centre.point), circle.radius});
+    }
+    return reach;
+}
+
+/** A course by two points in axes of its own. */
+LineDef LineIn(const OwnAxes& axes, const Course& course, double reach)
+{
+    const auto plan = [&axes](const PlanVector& place) {
+        const PlanVector own = axes.In(place);
+        return PointRecord{own.north, own.east, 0.0, POINT_HAS_PLAN};
+    };
+    LineDef line = {};
+    line.first = plan(course.origin);
+    line.second = plan(course.origin + reach * course.direction);
+    line.mode = LINE_BY_POINTS;
+    return line;
+}
+
+/** In axes half-way between the lines, in which neither runs along constant northing. */
+Solutions OfLinesInOwnAxes(const Curves& curves, bool isSouth)
+{
+    const Course first = CourseOf(curves.lines[0].definition, isSouth);
+    const Course second = CourseOf(curves.lines[1].definition, isSouth);
+    const double sense = Along(first.direction, second.direction) < 0.0 ? -1.0 : 1.0;
+    const PlanVector between = first.direction + sense * second.direction;
+    const OwnAxes axes(first.origin, 1.0 / Length(between) * between);
+    const double reach = ReachOf(curves);
+    const LineDef one = LineIn(axes, first, reach);
+    const LineDef other = LineIn(axes, second, reach);
+    Solutions solutions;
+    solutions.count = QCogoCalcCrossLine(&one, &other, solutions.points.data()) == QSTD_OK ? 1 : 0;
+    solutions.points[0] = axes.Out(solutions.points[0]);
+    return solutions;
+}
+
+/** A line that runs east or west, but for rounding: it then has one northing. */
+bool IsAlongConstantNorthing(const Course& line)
+{
+    return std::fabs(line.direction.north) < 4.0 * EPSILON;
+}
+
+/** In axes from the centre, along the line. */
+Solutions OfLineAndCircleInOwnAxes(const Curves& curves, bool isSouth)
+{
+    const Course line = CourseOf(curves.lines[0].definition, isSouth);
+    const Circle& circle = curves.circles[0];
+    const OwnAxes axes(PlanOf(circle.centre.point), line.direction);
+    const PointRecord centre = {0.0, 0.0, 0.0, POINT_HAS_PLAN};
+    LineDef own = LineIn(axes, line, 1.0);
+    own.second = own.first;
+    own.second.northing += ReachOf(curves);
+    Solutions solutions;
+    const int32_t count = QCogoCalcCrossLineCircle(&own, &centre, circle.radius, solutions.points.data());
+    solutions.count = count > 0 ? static_cast<size_t>(count) : 0;
+    for (PointRecord& point : solutions.points)
+    {
+        point = axes.Out(point);
+        if (IsAlongConstantNorthing(line))
+        {
+            point.northing = line.origin.north;
+        }
+    }
+    // As the library orders them in the site's axes.
+    auto& [first, second] = solutions.points;
+    const bool isOrdered =
+        first.northing == second.northing ? first.easting <= second.easting : first.northing < second.northing;
+    if (!isOrdered)
+    {
+        std::swap(first, second);
+    }
+    solutions.positions = PositionsOnLine(first, second);
+    return solutions;
+}
+
+Proof Prove(const Curves& curves, const Solutions& solutions, bool isSouth)
+{
+    const auto circle = [&curves](size_t i) {
+        return PlanCircle{PlanOf(curves.circles[i].centre.point), curves.circles[i].radius};
+    };
+    const auto line = [&curves, isSouth](size_t i) { return CourseOf(curves.lines[i].definition, isSouth); };
+    if (curves.lines.empty())
+    {
+        return ProveCrossing(circle(0), circle(1), solutions.Found());
+    }
+    if (curves.lines.size() == 1)
+    {
+        return ProveCrossing(line(0), circle(0), solutions.Found());
+    }
+    return solutions.count == 0 ? Proof() : ProveCrossing(line(0), line(1), solutions.points[0]);
+}
+
+/** Where the solutions miss, the same is computed in other axes. */
+void ProveOrTakeOtherForm(const Curves& curves, bool isSouth, const Sink& sink, Solutions& solutions)
+{
+    const int32_t status = solutions.refusal.status;
+    if (status != QSTD_OK)
+    {
+        return;
+    }
+    const Proof asGiven = Prove(curves, solutions, isSouth);
+    if (asGiven.Holds())
+    {
+        return;
+    }
+    if (!curves.lines.empty())
+    {
+        Solutions other = curves.circles.empty() ? OfLinesInOwnAxes(curves, isSouth)
+                                                 : OfLineAndCircleInOwnAxes(curves, isSouth);
+        if (Prove(curves, other, isSouth).Holds())
+        {
+            if (other.count == 0)
+            {
+                other = curves.circles.empty()
+                            ? Refusal(QSTD_PARALLEL_LINES, PARALLEL)
+                            : Refusal(QSTD_OK, PassesText(curves.lines[0], curves.circles[0], isSouth, sink));
+            }
+            solutions = other;
+            RemarkOtherForm(asGiven, curves.circles.empty() ? "in axes between the lines" : "in axes along the line",
+                            sink, solutions.verdict);
+            return;
+        }
+    }
+    Judge(asGiven, sink, solutions.verdict);
+    solutions.refusal.warnings = solutions.verdict.warnings;
+}
+
+/** The farthest that two of the points lie apart that the curves are given by, or the size of a circle. */
+double ExtentOf(const Curves& curves)
+{
+    std::vector<PlanVector> places;
+    double extent = 0.0;
+    for (const PlanLine& line : curves.lines)
+    {
+        places.push_back(PlanOf(line.first.point));
+        if (line.IsByPoints())
+        {
+            places.push_back(PlanOf(line.second.point));
+        }
+    }
+    for (const Circle& circle : curves.circles)
+    {
+        places.push_back(PlanOf(circle.centre.point));
+        extent = std::max(extent, std::fabs(circle.radius));
+    }
+    for (const PlanVector& place : places)
+    {
+        extent = std::max(extent, Length(place - places.front()));
+    }
+    return extent;
+}
+
+/** How far a solution lies from the first point. */
+double AwayFrom(const Curves& curves, const PointRecord& solution)
+{
+    const KnownPoint& first = curves.lines.empty() ? curves.circles.front().centre : curves.lines.front().first;
+    return PlanDistance(first.point, solution);
+}
+
 /** Centres a hair apart, for one, give numbers that are none. */
 void RefuseUnusable(Solutions& solutions)
 {
@@ -211,6 +398,7 @@ Solutions Intersect(const Curves& curves, bool isSouth, const Sink& sink)
     {
         solutions = OfLineAndCircle(curves.lines[0], curves.circles[0], isSouth, sink);
     }
+    ProveOrTakeOtherForm(curves, isSouth, sink, solutions);
     RefuseUnusable(solutions);
     return solutions;
 }
@@ -248,7 +436,7 @@ bool IsTouch(const Solutions& solutions)
                : std::hypot(second.northing - first.northing, second.easting - first.easting) < ONE_PLACE;
 }
 
-void Report(const Solutions& solutions, Sink& sink)
+void Report(const Curves& curves, const Solutions& solutions, Sink& sink)
 {
     sink.Begin(SectionFor(solutions));
     if (solutions.count == 0)
@@ -257,11 +445,15 @@ void Report(const Solutions& solutions, Sink& sink)
     }
     for (size_t i = 0; i < solutions.count; ++i)
     {
-        Row row;
+        Row row = solutions.verdict;
         const PointRecord& point = solutions.points[i];
         row.values = {static_cast<int64_t>(i + 1), solutions.count == 1 ? "" : solutions.positions[i],
                       RealValue(point.northing), RealValue(point.easting)};
-        row.remark = IsTouch(solutions) ? "touches" : "";
+        if (IsTouch(solutions))
+        {
+            row.remark = row.remark.empty() ? "touches" : "touches; " + row.remark;
+        }
+        QuestionFar("the intersection", AwayFrom(curves, point), ExtentOf(curves), sink, row);
         sink.Add(row);
     }
 }
@@ -371,7 +563,7 @@ void RunIntersect(const IntersectOptions& options, Inputs& inputs, Sink& sink)
     const bool isSouth = options.instrument.isSouthAzimuth;
     const Solutions solutions = Intersect(curves, isSouth, sink);
     sink.Title(Title(curves, sink));
-    Report(solutions, sink);
+    Report(curves, solutions, sink);
     if (sink.Figure() != nullptr && AreDrawable(solutions))
     {
         Draw(curves, solutions, isSouth, sink);

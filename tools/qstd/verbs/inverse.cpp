@@ -1,5 +1,7 @@
 #include "verbs/inverse.h"
 
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
 #include "verbs/plan_shapes.h"
@@ -35,6 +37,21 @@ std::vector<Value> Measured(const AngDistRecord& result, bool isSpatial)
     return {AngleOf(result.azimuth), isSpatial ? AngleOf(result.zenith) : Value(), RealValue(result.horizontalDistance),
             isSpatial ? RealValue(result.slopeDistance) : Value(),
             isSpatial ? RealValue(result.heightDifference) : Value()};
+}
+
+/** Held against the points that it comes from. */
+Proof Prove(const KnownPoint& from, const KnownPoint& to, const AngDistRecord& result, bool isSouth)
+{
+    FoundWay way;
+    way.azimuth = result.azimuth;
+    way.horizontalDistance = result.horizontalDistance;
+    if (HasHeight(from) && HasHeight(to))
+    {
+        way.zenith = result.zenith;
+        way.slopeDistance = result.slopeDistance;
+        way.heightDifference = result.heightDifference;
+    }
+    return ProveInverse(from.point, to.point, way, isSouth);
 }
 
 void Compute(const KnownPoint& from, const KnownPoint& to, AngDistRecord& result, Row& row)
@@ -78,6 +95,10 @@ void RunInverse(const InverseOptions& options, Inputs& inputs, Sink& sink)
     AngDistRecord result{};
     Row row;
     Compute(from, to, result, row);
+    if (row.isComputed)
+    {
+        Judge(Prove(from, to, result, options.instrument.isSouthAzimuth), sink, row);
+    }
     sink.Title(fmt::format("Inverse {} - {}", from.id, to.id));
     sink.Begin(SECTION);
     sink.Add(row);

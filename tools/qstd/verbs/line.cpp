@@ -1,5 +1,7 @@
 #include "verbs/line.h"
 
+#include "proof/judgement.h"
+#include "proof/stake_proof.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
@@ -88,6 +90,8 @@ void Compute(const KnownPoint& point, double startChainage, const Sink& sink, Ro
     row.status = QREFCalc(&point.point, &result);
     row.isComputed = HasResult(row.status);
     row.remark.clear();
+    row.warnings.clear();
+    row.isProven = true;
     row.values.clear();
     row.values.emplace_back(point.id);
     if (!row.isComputed)
@@ -137,6 +141,7 @@ void RunLine(const LineOptions& options, Inputs& inputs, Sink& sink)
         return;
     }
     const double length = ShowLine(first, second, options.stakes, sink);
+    const StakeLine stakeLine(first.point, second.point);
     const double azimuth =
         std::atan2(second.point.easting - first.point.easting, second.point.northing - first.point.northing);
     const Alignment alignment(first.point, azimuth, length);
@@ -151,6 +156,11 @@ void RunLine(const LineOptions& options, Inputs& inputs, Sink& sink)
     while (stakes.Next(point))
     {
         Compute(point, startChainage, sink, row, result);
+        if (row.isComputed)
+        {
+            Judge(stakeLine.Prove(point.point, result), sink, row);
+            QuestionFar("it", std::fmax(std::fabs(result.station), std::fabs(result.offset)), length, sink, row);
+        }
         sink.Add(row);
         if (row.isComputed)
         {

@@ -1,5 +1,7 @@
 #include "verbs/offset.h"
 
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "verbs/arguments.h"
 #include "verbs/plan_line.h"
 #include "verbs/plan_shapes.h"
@@ -68,7 +70,13 @@ void RunOffset(const OffsetOptions& options, Inputs& inputs, Sink& sink)
     const LinePlace place = {LengthArgument(options.chainage, "chainage"), LengthArgument(options.offset, "offset")};
 
     PointRecord result{};
-    const Row row = Compute(line, place, result);
+    Row row = Compute(line, place, result);
+    if (row.isComputed)
+    {
+        Judge(ProveOffset(line.first.point, line.second.point, place.chainage, place.offset, result), sink, row);
+        QuestionFar("the new point", PlanDistance(line.first.point, result),
+                    PlanDistance(line.first.point, line.second.point), sink, row);
+    }
     sink.Title(fmt::format("Point along {} - {}: chainage {}, offset {} {}", line.first.id, line.second.id,
                            sink.LengthText(place.chainage), sink.LengthText(std::fabs(place.offset)),
                            SideText(place.offset, sink)));

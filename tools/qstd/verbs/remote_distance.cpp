@@ -1,5 +1,7 @@
 #include "verbs/remote_distance.h"
 
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
@@ -52,7 +54,24 @@ Leg Measure(const KnownPoint& from, const KnownPoint& to)
     return leg;
 }
 
-Row RowOf(const Leg& leg)
+/** Held against the points that it comes from. */
+Proof Prove(const Leg& leg, bool isSouth)
+{
+    FoundWay way;
+    if (leg.status == QSTD_OK)
+    {
+        way.azimuth = leg.result.azimuth;
+    }
+    way.horizontalDistance = leg.result.horizontalDistance;
+    if (HasHeight(leg.from) && HasHeight(leg.to))
+    {
+        way.slopeDistance = leg.result.slopeDistance;
+        way.heightDifference = leg.result.heightDifference;
+    }
+    return ProveInverse(leg.from.point, leg.to.point, way, isSouth);
+}
+
+Row RowOf(const Leg& leg, bool isSouth, const Sink& sink)
 {
     Row row;
     row.status = leg.status;
@@ -69,6 +88,7 @@ Row RowOf(const Leg& leg)
         row.values.insert(row.values.end(), {AngleOf(leg.result.azimuth), RealValue(leg.result.horizontalDistance),
                                              isSpatial ? RealValue(leg.result.slopeDistance) : Value(),
                                              isSpatial ? RealValue(leg.result.heightDifference) : Value()});
+        Judge(Prove(leg, isSouth), sink, row);
     }
     return row;
 }
@@ -144,7 +164,7 @@ void RunRemoteDistance(const RemoteDistanceOptions& options, Inputs& inputs, Sin
     sink.Begin(SectionOf(legs.size() == 1));
     for (const Leg& leg : legs)
     {
-        sink.Add(RowOf(leg));
+        sink.Add(RowOf(leg, options.instrument.isSouthAzimuth, sink));
     }
     if (FigureWriter* const figure = sink.Figure())
     {

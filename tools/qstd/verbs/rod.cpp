@@ -1,5 +1,7 @@
 #include "verbs/rod.h"
 
+#include "proof/judgement.h"
+#include "proof/space_proof.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
 #include "verbs/plan_shapes.h"
@@ -39,6 +41,20 @@ std::string Remark(int32_t status)
         return "both prisms need northing, easting and height";
     default:
         return "";
+    }
+}
+
+/** A rod is made to millimetres. Feet are close enough for that. */
+void QuestionSpacing(double measured, double nominal, const Sink& sink, Row& row)
+{
+    constexpr double MOST = 0.010;
+    const double difference = measured - nominal;
+    if (nominal != 0.0 && std::fabs(difference) > MOST)
+    {
+        row.warnings.push_back(fmt::format("the prisms were measured {} {} {} than they are made; check both sights",
+                                           sink.LengthText(std::fabs(difference)),
+                                           UnitSymbol(sink.Options().unit),
+                                           difference > 0.0 ? "farther apart" : "closer together"));
     }
 }
 
@@ -82,6 +98,12 @@ void RunRod(const RodOptions& options, Inputs& inputs, Sink& sink)
     {
         row.values = {RealValue(hidden.northing), RealValue(hidden.easting), RealValue(hidden.height),
                       RealValue(measuredSpacing), spacing == 0.0 ? Value() : RealValue(measuredSpacing - spacing)};
+    }
+    if (row.isComputed)
+    {
+        Judge(ProveRod(far.point, near.point, spacing, extension, hidden, measuredSpacing), sink, row);
+        QuestionSpacing(measuredSpacing, spacing, sink, row);
+        QuestionFar("the hidden point", PlanDistance(near.point, hidden), measuredSpacing, sink, row);
     }
     sink.Title(fmt::format("Hidden point {} beyond {} from {}", sink.LengthText(extension), near.id, far.id));
     sink.Begin(SECTION);

@@ -1,10 +1,13 @@
 #include "verbs/transfer.h"
 
 #include "text/angle_text.h"
+#include "proof/judgement.h"
+#include "proof/plan_proof.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "text/text.h"
 #include "verbs/arguments.h"
+#include "verbs/own_axes.h"
 #include "verbs/plan_shapes.h"
 
 #include <fmt/format.h>
@@ -14,9 +17,6 @@
 namespace qstd {
 
 namespace {
-
-/** Moved to the side by less than this part of the offset, a line has gone elsewhere. */
-constexpr double SIDEWAYS = 1.0 - 1e-6;
 
 /** A line by azimuth has no end: so many offsets of it are drawn, or so much where there is no offset. */
 constexpr double DRAWN_OFFSETS = 4.0;
@@ -60,39 +60,82 @@ AngleUnit Rotation(const std::string& text, const Inputs& inputs)
     return isNegative ? -angle.units : angle.units;
 }
 
-/** Direction of the transferred line in the instrument's reference, within the circle. */
-AngleUnit Azimuth(const Transfer& transfer, const LineDef& result)
+/** A line as the library transferred it. */
+struct Transferred
 {
-    if (!transfer.line.IsByPoints())
+    LineDef line = {};
+    AngleUnit azimuth = 0; /**< in the instrument's reference, within the circle */
+};
+
+/** Direction of a transferred line. */
+AngleUnit Azimuth(const LineDef& given, AngleUnit rotation, const LineDef& result)
+{
+    if (given.mode != LINE_BY_POINTS)
     {
-        return WithinCircle(transfer.line.definition.azimuth + transfer.rotation);
+        return WithinCircle(given.azimuth + rotation);
     }
     AngDistRecord direction{};
     QCogoCoordToAngDist(&result.first, &result.second, &direction);
     return direction.azimuth;
 }
 
-/** The library shifts a line by azimuth along an azimuth that is mostly not the one at right angles. */
-std::string ShiftRemark(const Transfer& transfer, const LineDef& result, const Sink& sink)
+/**
+ * By two points, counted from the first. A line by azimuth gets a second one: the library shifts such a line along an
+ * azimuth that is mostly 45.4 degrees off the right angle.
+ */
+Transferred TransferFromFirst(const Transfer& transfer)
 {
-    if (transfer.line.IsByPoints() || transfer.offset == 0.0)
+    // So far that the direction to it is exact to the angle unit.
+    constexpr double AHEAD = 1000.0;
+    const LineDef& given = transfer.line.definition;
+    const OwnAxes axes(PlanOf(given.first));
+    LineDef own = given;
+    own.mode = LINE_BY_POINTS;
+    own.first = axes.In(given.first);
+    own.second = axes.In(given.second);
+    if (!transfer.line.IsByPoints())
     {
-        return "";
+        const PlanVector direction = DirectionOfAzimuth(given.azimuth, transfer.isSouth);
+        own.second = {AHEAD * direction.north, AHEAD * direction.east, 0.0, POINT_HAS_PLAN};
     }
-    LineDef turned = transfer.line.definition;
-    turned.azimuth = WithinCircle(turned.azimuth + transfer.rotation);
-    const double shift = PlaceOnLine(turned, result.first, transfer.isSouth).offset;
-    if (shift / transfer.offset >= SIDEWAYS)
-    {
-        return "";
-    }
-    return fmt::format("the library shifts a line by azimuth 45.4 degrees off the right angle: it now lies {} {}, not "
-                       "{}; give two points to shift it at right angles",
-                       sink.LengthText(std::fabs(shift)), SideText(shift, sink),
-                       sink.LengthText(std::fabs(transfer.offset)));
+    Transferred result;
+    QCogoCalcTransLine(&own, transfer.rotation, transfer.offset, &result.line);
+    result.azimuth = transfer.line.IsByPoints() ? Azimuth(own, transfer.rotation, result.line)
+                                                : Azimuth(given, transfer.rotation, result.line);
+    result.line.first = axes.Out(result.line.first);
+    result.line.second = axes.Out(result.line.second);
+    result.line.mode = given.mode;
+    return result;
 }
 
-Row Compute(const Transfer& transfer, LineDef& result, const Sink& sink)
+Proof Prove(const Transfer& transfer, const Transferred& result)
+{
+    return ProveTransfer(transfer.line.definition, transfer.rotation, transfer.offset, result.line, result.azimuth,
+                         transfer.isSouth);
+}
+
+/** Where the result misses, the other form of the call is taken. */
+void ProveOrTakeOtherForm(const Transfer& transfer, const Sink& sink, Transferred& result, Row& row)
+{
+    const Proof asGiven = Prove(transfer, result);
+    if (asGiven.Holds())
+    {
+        return;
+    }
+    const Transferred other = TransferFromFirst(transfer);
+    if (Prove(transfer, other).Holds())
+    {
+        result = other;
+        RemarkOtherForm(asGiven,
+                        transfer.line.IsByPoints() ? "with coordinates from the first point"
+                                                   : "by a second point instead of the azimuth",
+                        sink, row);
+        return;
+    }
+    Judge(asGiven, sink, row);
+}
+
+Row Compute(const Transfer& transfer, Transferred& result, const Sink& sink)
 {
     Row row;
     row.values = {LineName(transfer.line, sink)};
@@ -100,21 +143,25 @@ Row Compute(const Transfer& transfer, LineDef& result, const Sink& sink)
     {
         return row;
     }
-    row.status = QCogoCalcTransLine(&transfer.line.definition, transfer.rotation, transfer.offset, &result);
+    const LineDef& given = transfer.line.definition;
+    row.status = QCogoCalcTransLine(&given, transfer.rotation, transfer.offset, &result.line);
     row.isComputed = HasResult(row.status);
     if (!row.isComputed)
     {
         return row;
     }
-    row.values.insert(row.values.end(),
-                      {AngleOf(Azimuth(transfer, result)), int64_t{result.azimuth}, RealValue(result.first.northing),
-                       RealValue(result.first.easting), HeightOf(result.first)});
+    result.azimuth = Azimuth(given, transfer.rotation, result.line);
+    ProveOrTakeOtherForm(transfer, sink, result, row);
+    const PointRecord& first = result.line.first;
+    const PointRecord& second = result.line.second;
+    row.values.insert(row.values.end(), {AngleOf(result.azimuth), int64_t{result.line.azimuth},
+                                         RealValue(first.northing), RealValue(first.easting), HeightOf(first)});
     if (transfer.line.IsByPoints())
     {
-        row.values.insert(row.values.end(), {RealValue(result.second.northing), RealValue(result.second.easting),
-                                             HeightOf(result.second)});
+        row.values.insert(row.values.end(),
+                          {RealValue(second.northing), RealValue(second.easting), HeightOf(second)});
+        QuestionFar("the line", std::fabs(transfer.offset), PlanDistance(given.first, given.second), sink, row);
     }
-    row.remark = ShiftRemark(transfer, result, sink);
     return row;
 }
 
@@ -175,8 +222,9 @@ void DrawByPoints(const Transfer& transfer, const LineDef& result, FigureWriter&
     figure.Add(ComputedPoint("new " + line.second.id, result.second));
 }
 
-void Draw(const Transfer& transfer, const LineDef& result, const Sink& sink)
+void Draw(const Transfer& transfer, const Transferred& transferred, const Sink& sink)
 {
+    const LineDef& result = transferred.line;
     FigureWriter& figure = *sink.Figure();
     figure.Begin({FigureView::Kind::PLAN, "Transferred line", {}, 0.0});
     figure.Add(GivenPoint(transfer.line.first));
@@ -196,7 +244,7 @@ void Draw(const Transfer& transfer, const LineDef& result, const Sink& sink)
     {
         figure.Note(step);
     }
-    figure.Note("new azimuth " + sink.AngleText(Azimuth(transfer, result)));
+    figure.Note("new azimuth " + sink.AngleText(transferred.azimuth));
 }
 
 } // namespace
@@ -211,7 +259,7 @@ void RunTransfer(const TransferOptions& options, Inputs& inputs, Sink& sink)
     const SimulatedInstrument instrument = InstrumentFrom(options.instrument, sink.Options().unit);
     const InstrumentConnection connection(instrument);
 
-    LineDef result{};
+    Transferred result;
     const Row row = Compute(transfer, result, sink);
     sink.Title(Title(transfer, sink));
     sink.Begin(SECTION);

@@ -1,0 +1,68 @@
+/**
+ * @file stake_proof.h
+ * Stations and offsets along a line or an arc put back into the points that they come from.
+ */
+#ifndef QSTD_STAKE_PROOF_H
+#define QSTD_STAKE_PROOF_H
+
+#include "proof/plan_geometry.h"
+#include "proof/proof.h"
+
+#include <optional>
+
+namespace qstd {
+
+/** A line to be staked out along, as its two points give it. */
+class StakeLine
+{
+public:
+    StakeLine(const PointRecord& first, const PointRecord& second);
+
+    [[nodiscard]] double Length() const
+    {
+        return length;
+    }
+
+    /** Station and offset lead back to the point, and the foot lies on the line, at its grade. */
+    [[nodiscard]] Proof Prove(const PointRecord& point, const ReferenceLineResult& result) const;
+
+private:
+    Course course;
+    double length;
+    bool hasGrade;
+    double firstHeight;
+    double rise;
+};
+
+/** An arc as its start, tangent and radius give it. */
+struct StakeArc
+{
+    PlanVector start;
+    double startAzimuth = 0.0; /**< radians from north */
+    double radius = 0.0;       /**< negative where it turns left */
+    double length = 0.0;
+
+    /** The place at a distance along the arc, or its tangents beyond either end, and an offset to the right. */
+    [[nodiscard]] PlanVector At(double along, double offset) const;
+};
+
+/** Distance along and offset lead back to the point. */
+Proof ProveOnArc(const StakeArc& arc, const PointRecord& point, double along, double offset);
+
+/** What an arc was asked to be; what it was not asked for is nothing. */
+struct ArcWish
+{
+    AngleUnit startAzimuth = 0;
+    bool isSouth = false;
+    std::optional<double> radius;
+    std::optional<double> length;
+    std::optional<AngleUnit> endAzimuth;
+    std::optional<PlanVector> end; /**< on the end tangent */
+};
+
+/** The arc begins with its tangent and ends with the tangent, and has the radius and the length, asked for. */
+Proof ProveArc(const StakeArc& arc, const ArcParams& params, const ArcWish& wish);
+
+} // namespace qstd
+
+#endif
