@@ -16,14 +16,37 @@ namespace {
 
 constexpr size_t MOST_PROPOSALS = 3;
 
+/** Before a name that could be taken for a number. */
+constexpr std::string_view NAME_SIGN = "id=";
+
+bool IsNameGiven(const std::string& text)
+{
+    return LowerCase(std::string_view(text).substr(0, NAME_SIGN.size())) == NAME_SIGN;
+}
+
+/** The number of N=12.5 where `letter` is n, or of a bare one. */
+std::optional<double> Coordinate(std::string_view part, char letter)
+{
+    const std::string plain = LowerCase(part);
+    const size_t sign = plain.find('=');
+    if (sign == std::string::npos)
+    {
+        return ParseReal(part);
+    }
+    return Trim(std::string_view(plain).substr(0, sign)) == std::string_view(&letter, 1)
+               ? ParseReal(Trim(part.substr(sign + 1)))
+               : std::nullopt;
+}
+
 /** Coordinates N,E or N,E,H; throws for a text with commas that is none. */
 KnownPoint LiteralPoint(const std::string& text)
 {
+    constexpr std::string_view LETTERS = "neh";
     const std::vector<std::string_view> parts = SplitAtCommas(text);
     std::vector<double> values;
-    for (const std::string_view part : parts)
+    for (size_t i = 0; i < std::min(parts.size(), LETTERS.size()); ++i)
     {
-        const std::optional<double> value = ParseReal(part);
+        const std::optional<double> value = Coordinate(parts[i], LETTERS[i]);
         if (value)
         {
             values.push_back(*value);
@@ -163,6 +186,11 @@ std::optional<KnownPoint> Inputs::FindPoint(const std::string& text)
     if (known != nullptr)
     {
         return *known;
+    }
+    if (IsNameGiven(text))
+    {
+        const KnownPoint* const named = Points().Find(std::string(Trim(std::string_view(text).substr(NAME_SIGN.size()))));
+        return named == nullptr ? std::nullopt : std::optional(*named);
     }
     if (text.find(',') != std::string::npos)
     {

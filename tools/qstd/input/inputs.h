@@ -57,7 +57,11 @@ public:
      */
     Inputs(std::string pointsTable, std::optional<AngleForm> bare, Messages& messages);
 
-    /** The point of a name in the table of points, or given as N,E or N,E,H. Throws WrongUse where it is neither. */
+    /**
+     * The point of a name in the table of points, or given as N,E or N,E,H. Throws WrongUse where it is neither.
+     *
+     * Where bare numbers could be taken for something else, id=NAME and N=..,E=..,H=.. say what they are.
+     */
     KnownPoint Point(const std::string& text);
 
     /** As Point, or nothing where the text is neither. Throws only for a text that begins like coordinates. */

@@ -39,7 +39,7 @@ void AddRemark(const std::string& text, Row& row)
 
 void RemarkOtherForm(const Proof& asGiven, const std::string& form, const Sink& sink, Row& row)
 {
-    AddRemark(fmt::format("computed {}: as given, the library's result misses, {} {}", form, asGiven.WhatMisses(),
+    AddRemark(fmt::format("computed {}; without that the library misses: {} {}", form, asGiven.WhatMisses(),
                           MissText(asGiven.Miss(), sink)),
               row);
 }

@@ -43,13 +43,17 @@ Proof StakeLine::Prove(const PointRecord& point, const ReferenceLineResult& resu
     return proof;
 }
 
+StakeArc::StakeArc(const PlanVector& startOfArc, double azimuthOfStart, double radiusOfArc, double lengthOfArc)
+    : start(startOfArc), startAzimuth(azimuthOfStart), radius(radiusOfArc), length(lengthOfArc),
+      centre(startOfArc + radiusOfArc * PlanVector{-std::sin(azimuthOfStart), std::cos(azimuthOfStart)})
+{
+}
+
 PlanVector StakeArc::At(double along, double offset) const
 {
     const double within = std::clamp(along, 0.0, length);
     const double azimuth = startAzimuth + within / radius;
-    const PlanVector first = {std::cos(startAzimuth), std::sin(startAzimuth)};
     const PlanVector here = {std::cos(azimuth), std::sin(azimuth)};
-    const PlanVector centre = start + radius * TurnedRight(first);
     return centre + (offset - radius) * TurnedRight(here) + (along - within) * here;
 }
 
@@ -57,58 +61,59 @@ Proof ProveOnArc(const StakeArc& arc, const PointRecord& point, double along, do
 {
     Proof proof;
     const PlanVector place = PlanOf(point);
-    // The direction from the centre is cut to a unit, and so is the central angle that the end tangent starts from;
-    // a third one stands for the start tangent. A point off the arc turns about the centre at its own distance.
-    const double reach = std::fabs(arc.radius - offset) + std::fabs(std::fmin(along, 0.0)) +
-                         std::fmax(along - arc.length, 0.0) + std::fabs(arc.radius) * EPSILON;
+    // Cut or rounded to a unit: the direction from the centre, the central angle that the end tangent starts from and,
+    // where the arc is taken from its end, the end azimuth; another one stands for the tangent point itself. A point
+    // off the arc turns about the centre at its own distance.
+    const double reach = std::fabs(arc.Radius() - offset) + std::fabs(std::fmin(along, 0.0)) +
+                         std::fmax(along - arc.Length(), 0.0) + std::fabs(arc.Radius()) * EPSILON;
     proof.Require("distance along and offset lead past the point by", Length(arc.At(along, offset) - place),
-                  RoundingOf(SizeOf({place, arc.start}) + std::fabs(arc.radius) + std::fabs(offset)) +
-                      UnitsOver(reach, 3.0));
+                  RoundingOf(SizeOf({place, arc.Start()}) + std::fabs(arc.Radius()) + std::fabs(offset)) +
+                      UnitsOver(reach, 4.0));
     return proof;
 }
 
 Proof ProveArc(const StakeArc& arc, const ArcParams& params, const ArcWish& wish)
 {
     Proof proof;
-    const double size = SizeOf({arc.start}) + std::fabs(arc.radius) + arc.length;
+    const double size = SizeOf({arc.Start()}) + std::fabs(arc.Radius()) + arc.Length();
     const PlanVector start = DirectionOfAzimuth(params.startAzimuth, wish.isSouth);
     const PlanVector startWanted = DirectionOfAzimuth(wish.startAzimuth, wish.isSouth);
-    proof.Require("the start tangent leads aside by", arc.length * Length(start - startWanted), RoundingOf(size));
+    proof.Require("the start tangent leads aside by", arc.Length() * Length(start - startWanted), RoundingOf(size));
     // The central angle is cut to a unit.
-    const double sweep = arc.length / arc.radius;
-    const double reach = std::fabs(arc.radius) + arc.length;
-    proof.Require("length and central angle differ by", arc.radius * (sweep - params.centralAngle * ANGLE_UNIT),
+    const double sweep = arc.Length() / arc.Radius();
+    const double reach = std::fabs(arc.Radius()) + arc.Length();
+    proof.Require("length and central angle differ by", arc.Radius() * (sweep - params.centralAngle * ANGLE_UNIT),
                   RoundingOf(size) + UnitsOver(reach));
     if (wish.radius)
     {
-        proof.Require("the radius is off by", arc.radius - *wish.radius, RoundingOf(arc.radius));
+        proof.Require("the radius is off by", arc.Radius() - *wish.radius, RoundingOf(arc.Radius()));
     }
     if (wish.length)
     {
         // A little more than the full circle, as it is typed, is the full circle.
         constexpr double TYPED = 1e-3;
-        const double circle = 2.0 * ANGLE_UNIT * ANGLE_HALF_CIRCLE * std::fabs(arc.radius);
-        proof.Require("the length is off by", arc.length - std::fmin(*wish.length, circle),
+        const double circle = 2.0 * ANGLE_UNIT * ANGLE_HALF_CIRCLE * std::fabs(arc.Radius());
+        proof.Require("the length is off by", arc.Length() - std::fmin(*wish.length, circle),
                       RoundingOf(size) + (*wish.length > circle ? TYPED : 0.0));
     }
     if (wish.endAzimuth)
     {
-        const double azimuth = arc.startAzimuth + sweep;
+        const double azimuth = arc.StartAzimuth() + sweep;
         const PlanVector end = {std::cos(azimuth), std::sin(azimuth)};
         const PlanVector endWanted = DirectionOfAzimuth(*wish.endAzimuth, wish.isSouth);
         const PlanVector told = DirectionOfAzimuth(params.endAzimuth, wish.isSouth);
-        proof.Require("the end tangent leads aside by", arc.length * Length(end - endWanted),
+        proof.Require("the end tangent leads aside by", arc.Length() * Length(end - endWanted),
                       RoundingOf(size) + UnitsOver(reach));
-        proof.Require("the end tangent is told wrong, by", arc.length * Length(told - endWanted),
+        proof.Require("the end tangent is told wrong, by", arc.Length() * Length(told - endWanted),
                       RoundingOf(size) + UnitsOver(reach));
         if (wish.end)
         {
             // The library halves the angle between the tangents in whole units.
             const Course tangent = {*wish.end, endWanted};
-            const PlanVector arcEnd = arc.At(arc.length, 0.0);
+            const PlanVector arcEnd = arc.At(arc.Length(), 0.0);
             proof.Require("the arc ends beside its end tangent by", tangent.Right(arcEnd),
                           RoundingOf(size + SizeOf({*wish.end, arcEnd})) +
-                              UnitsOver(arc.length + Length(arcEnd - *wish.end), 3.0));
+                              UnitsOver(arc.Length() + Length(arcEnd - *wish.end), 3.0));
         }
     }
     return proof;

@@ -35,15 +35,44 @@ private:
 };
 
 /** An arc as its start, tangent and radius give it. */
-struct StakeArc
+class StakeArc
 {
-    PlanVector start;
-    double startAzimuth = 0.0; /**< radians from north */
-    double radius = 0.0;       /**< negative where it turns left */
-    double length = 0.0;
+public:
+    /**
+     * @param startAzimuth  of its tangent, radians from north
+     * @param radius        negative where it turns left
+     */
+    StakeArc(const PlanVector& start, double startAzimuth, double radius, double length);
+
+    [[nodiscard]] const PlanVector& Start() const
+    {
+        return start;
+    }
+
+    [[nodiscard]] double StartAzimuth() const
+    {
+        return startAzimuth;
+    }
+
+    [[nodiscard]] double Radius() const
+    {
+        return radius;
+    }
+
+    [[nodiscard]] double Length() const
+    {
+        return length;
+    }
 
     /** The place at a distance along the arc, or its tangents beyond either end, and an offset to the right. */
     [[nodiscard]] PlanVector At(double along, double offset) const;
+
+private:
+    PlanVector start;
+    double startAzimuth;
+    double radius;
+    double length;
+    PlanVector centre;
 };
 
 /** Distance along and offset lead back to the point. */

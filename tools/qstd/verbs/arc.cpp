@@ -1,6 +1,9 @@
 #include "verbs/arc.h"
 
+#include "proof/judgement.h"
+#include "proof/stake_proof.h"
 #include "text/status_name.h"
+#include "verbs/arc_axes.h"
 #include "verbs/arc_definition.h"
 #include "verbs/arguments.h"
 #include "verbs/plan_shapes.h"
@@ -44,6 +47,8 @@ struct Arc
     ArcParams params;
     double startAzimuth; /**< radians from north */
     Alignment alignment;
+    ArcAxes axes; /**< in which the library keeps the arc */
+    StakeArc proven; /**< the same for the proofs */
 
     [[nodiscard]] bool TurnsRight() const
     {
@@ -83,10 +88,81 @@ struct Arc
     }
 };
 
-Arc ArcOf(const ArcDefinition& definition, const ArcParams& params, bool isSouth)
+Arc ArcOf(const ArcDefinition& definition, const ArcParams& params, const ArcAxes& axes, bool isSouth)
 {
     const double azimuth = RadiansOf(WithinCircle(params.startAzimuth)) + (isSouth ? PI : 0.0);
-    return {definition, params, azimuth, Alignment(definition.from.point, azimuth, params.length, params.radius)};
+    return {definition,
+            params,
+            azimuth,
+            Alignment(definition.from.point, azimuth, params.length, params.radius),
+            axes,
+            {PlanOf(definition.from.point), azimuth, params.radius, params.length}};
+}
+
+Proof Prove(const Arc& arc, bool isSouth)
+{
+    const ArcDefinition& definition = arc.definition;
+    ArcWish wish;
+    wish.startAzimuth = definition.startAzimuth;
+    wish.isSouth = isSouth;
+    if (definition.kind != ArcDefinition::Kind::RADIUS_AND_LENGTH)
+    {
+        wish.endAzimuth = definition.endAzimuth;
+    }
+    if (definition.kind == ArcDefinition::Kind::COORDINATES)
+    {
+        wish.end = PlanOf(definition.to.point);
+    }
+    else
+    {
+        wish.radius = definition.radius;
+    }
+    if (definition.kind == ArcDefinition::Kind::RADIUS_AND_LENGTH)
+    {
+        wish.length = definition.length;
+    }
+    return ProveArc(arc.proven, arc.params, wish);
+}
+
+/** The arc as the library takes it or, where that misses, in axes of its own. */
+Arc ProvenOrInOwnAxes(const Arc& asGiven, bool isSouth, const Sink& sink, Row& row)
+{
+    const Proof proof = Prove(asGiven, isSouth);
+    if (proof.Holds())
+    {
+        return asGiven;
+    }
+    const ArcAxes axes = AxesFor(asGiven.definition);
+    Row ownRow;
+    std::optional<ArcParams> params = DefineArc(axes.In(asGiven.definition), ownRow);
+    if (params)
+    {
+        params->startAzimuth = axes.Out(params->startAzimuth);
+        params->endAzimuth = axes.Out(params->endAzimuth);
+        const Arc own = ArcOf(asGiven.definition, *params, axes, isSouth);
+        if (Prove(own, isSouth).Holds())
+        {
+            RemarkOtherForm(proof, "in axes from the start of the arc", sink, row);
+            return own;
+        }
+    }
+    DefineArcAgain(asGiven.definition);
+    Judge(proof, sink, row);
+    return asGiven;
+}
+
+/** So large an arc that the library's angles are coarse on it. */
+void RemarkCoarseAngles(const Arc& arc, const Sink& sink, Row& row)
+{
+    constexpr double COARSE = 1e-3;
+    const double step = UnitsOver(arc.params.radius);
+    if (step > COARSE)
+    {
+        AddRemark(fmt::format("distances along it are in steps of {} {}, the library's angle unit of 1/16\" at this "
+                              "radius",
+                              sink.LengthText(step), UnitSymbol(sink.Options().unit)),
+                  row);
+    }
 }
 
 std::string DesignHeight(const Arc& arc, const Sink& sink)
@@ -163,33 +239,127 @@ void ShowArc(const Arc& arc, const StakeOptions& stakes, bool isMain, Row& row, 
                   hasChainage ? Value(chainage + arc.params.length) : Value()};
     if (misclosure.value_or(0.0) >= END_TOLERANCE)
     {
-        row.remark = fmt::format("the arc does not end in {}: no circle touches both tangents in the points given; "
-                                 "{} only gives the end tangent its place",
-                                 arc.definition.to.id, arc.definition.to.id);
+        row.isProven = false;
+        row.warnings.push_back(fmt::format("the arc does not end in {}, by {} {}: no circle touches both tangents in "
+                                           "the points given; {} only gives the end tangent its place",
+                                           arc.definition.to.id, sink.LengthText(*misclosure),
+                                           UnitSymbol(sink.Options().unit), arc.definition.to.id));
     }
     else if (std::abs(arc.params.centralAngle) >= ANGLE_FULL_CIRCLE - 1)
     {
-        row.remark = "a full circle";
+        AddRemark("a full circle", row);
     }
+    RemarkCoarseAngles(arc, sink, row);
     sink.Begin(ArcSection(arc, isMain));
     sink.Add(row);
 }
 
-/**
- * An arc to the left takes a point that is more than a quarter circle before its start as beyond the end, with an angle
- * that is not the one between the point and the end.
- */
-bool IsBehindLeftArc(const Arc& arc, const PointRecord& point)
+/** The design height at a distance along the arc whose start has one. */
+double DesignHeightAt(const Arc& arc, double along)
 {
-    if (arc.TurnsRight())
+    const PointRecord& from = arc.definition.from.point;
+    const PointRecord& to = arc.definition.to.point;
+    const bool isGraded = (to.flags & POINT_HAS_HEIGHT) != 0 && arc.Misclosure().value_or(HUGE_VAL) < END_TOLERANCE;
+    return isGraded ? from.height + along / arc.params.length * (to.height - from.height) : from.height;
+}
+
+/** The height above the design, where the arc's start has one. */
+void RequireHeight(const Arc& arc, const PointRecord& point, const ArcCalcResult& result, Proof& proof)
+{
+    const PointRecord& from = arc.definition.from.point;
+    // Where it is a matter of rounding whether the end counts as reached, either height is right.
+    constexpr double UNDECIDED = 1e-3;
+    if ((point.flags & from.flags & POINT_HAS_HEIGHT) == 0 ||
+        std::fabs(arc.Misclosure().value_or(HUGE_VAL) - END_TOLERANCE) < UNDECIDED)
     {
-        return false;
+        return;
     }
-    const FigurePlace centre = arc.alignment.Centre();
-    const double toStart = arc.startAzimuth + PI / 2.0;
-    const double toPoint = std::atan2(point.easting - centre.easting, point.northing - centre.northing);
-    const double turn = std::remainder(toPoint - toStart, 2.0 * PI);
-    return turn > PI / 2.0 && turn < PI;
+    const double design = DesignHeightAt(arc, result.along);
+    proof.Require("the height above the design is off by", result.heightDifference - (point.height - design),
+                  RoundingOf(std::fabs(point.height) + std::fabs(design) + std::fabs(from.height)));
+}
+
+Proof Prove(const Arc& arc, const PointRecord& point, const ArcCalcResult& result)
+{
+    Proof proof = ProveOnArc(arc.proven, point, result.along, result.offset);
+    RequireHeight(arc, point, result, proof);
+    return proof;
+}
+
+int32_t Calculate(const ArcAxes& axes, const PointRecord& point, ArcCalcResult& result)
+{
+    const PointRecord own = axes.In(point);
+    const int32_t status = QREFCalcArc(&own, &result);
+    result.offset = axes.isMirrored ? -result.offset : result.offset;
+    return status;
+}
+
+/** As Calculate, of another arc than the one that is staked out, which the library has again afterwards. */
+int32_t CalculateOnOther(const Arc& arc, const ArcDefinition& other, const ArcAxes& axes, const PointRecord& point,
+                         ArcCalcResult& result)
+{
+    DefineArcAgain(axes.In(other));
+    const int32_t status = Calculate(axes, point, result);
+    DefineArcAgain(arc.axes.In(arc.definition));
+    return status;
+}
+
+int32_t CalculateMirrored(const Arc& arc, const PointRecord& point, ArcCalcResult& result)
+{
+    ArcAxes mirrored = arc.axes;
+    mirrored.isMirrored = true;
+    return CalculateOnOther(arc, arc.definition, mirrored, point, result);
+}
+
+/** From the end of the arc back to its start. */
+int32_t CalculateReversed(const Arc& arc, const PointRecord& point, ArcCalcResult& result)
+{
+    ArcDefinition reversed;
+    reversed.kind = ArcDefinition::Kind::RADIUS_AND_LENGTH;
+    const FigurePlace end = arc.End();
+    reversed.from.point = {end.northing, end.easting, 0.0, POINT_HAS_PLAN};
+    reversed.startAzimuth = WithinCircle(WithinCircle(arc.params.endAzimuth) + ANGLE_HALF_CIRCLE);
+    reversed.radius = -arc.params.radius;
+    reversed.length = arc.params.length;
+    const int32_t status = CalculateOnOther(arc, reversed, arc.axes, point, result);
+    result.along = arc.params.length - result.along;
+    result.offset = -result.offset;
+    result.heightDifference = point.height - DesignHeightAt(arc, result.along);
+    return status;
+}
+
+/**
+ * Refers a point to the arc, and holds it against the point. More than a quarter circle before its start the library
+ * takes a point as beyond the end, at a right arc by an angle that may lead back over the arc, at a left one by an angle
+ * that is not the one between them. On the mirrored arc or the reversed one such a point is like any other.
+ */
+int32_t CalculateProven(const Arc& arc, const PointRecord& point, const Sink& sink, ArcCalcResult& result, Row& row)
+{
+    const int32_t status = Calculate(arc.axes, point, result);
+    if (!HasResult(status))
+    {
+        return status;
+    }
+    const Proof asGiven = Prove(arc, point, result);
+    if (asGiven.Holds())
+    {
+        return status;
+    }
+    ArcCalcResult other{};
+    if (!arc.TurnsRight() && HasResult(CalculateMirrored(arc, point, other)) && Prove(arc, point, other).Holds())
+    {
+        result = other;
+        RemarkOtherForm(asGiven, "on the mirrored arc", sink, row);
+        return status;
+    }
+    if (HasResult(CalculateReversed(arc, point, other)) && Prove(arc, point, other).Holds())
+    {
+        result = other;
+        RemarkOtherForm(asGiven, "on the reversed arc", sink, row);
+        return status;
+    }
+    Judge(asGiven, sink, row);
+    return status;
 }
 
 /** The library refuses the centre itself, but coordinates hardly ever meet it to the last bit. */
@@ -206,10 +376,12 @@ bool IsAtCentre(const Arc& arc, const PointRecord& point, double offset)
 void Compute(const Arc& arc, const KnownPoint& point, double startChainage, const Sink& sink, Row& row,
              ArcCalcResult& result)
 {
-    row.status = QREFCalcArc(&point.point, &result);
-    row.isComputed = HasResult(row.status);
     row.remark.clear();
+    row.warnings.clear();
+    row.isProven = true;
     row.values.clear();
+    row.status = CalculateProven(arc, point.point, sink, result, row);
+    row.isComputed = HasResult(row.status);
     row.values.emplace_back(point.id);
     if (!row.isComputed)
     {
@@ -224,12 +396,10 @@ void Compute(const Arc& arc, const KnownPoint& point, double startChainage, cons
     row.values.emplace_back(hasHeight ? RealValue(result.heightDifference) : Value());
     if (IsAtCentre(arc, point.point, result.offset))
     {
-        row.remark = "the point is the centre of the arc but for rounding: no place along it is better than another";
+        AddRemark("the point is the centre of the arc but for rounding: no place along it is better than another", row);
     }
-    else if (IsBehindLeftArc(arc, point.point))
-    {
-        row.remark = "far behind the start of an arc to the left: not the distances from its tangent";
-    }
+    QuestionFar("it", PlanDistance(arc.definition.from.point, point.point),
+                std::fmax(arc.params.length, std::fabs(arc.params.radius)), sink, row);
 }
 
 /** What leads to the arc: its tangents, where they meet, its centre. */
@@ -323,11 +493,12 @@ void RunArc(const ArcOptions& options, Inputs& inputs, Sink& sink)
     if (!params)
     {
         AddRefusal(hasPoints ? POINT_SECTION
-                             : ArcSection({definition, {}, 0.0, {definition.from.point, 0.0, 0.0}}, true),
+                             : ArcSection(ArcOf(definition, {}, {}, false), true),
                    row, sink);
         return;
     }
-    const Arc arc = ArcOf(definition, *params, options.instrument.isSouthAzimuth);
+    const bool isSouth = options.instrument.isSouthAzimuth;
+    const Arc arc = ProvenOrInOwnAxes(ArcOf(definition, *params, ArcAxes(), isSouth), isSouth, sink, row);
     ShowArc(arc, options.stakes, !hasPoints, row, sink);
     StakeFigure stakeFigure(sink, arc.alignment, startChainage);
     if (FigureWriter* const figure = stakeFigure.Begin("Stake-out along an arc"))

@@ -216,4 +216,9 @@ std::optional<ArcParams> DefineArc(const ArcDefinition& arc, Row& row)
     return params;
 }
 
+void DefineArcAgain(const ArcDefinition& arc)
+{
+    static_cast<void>(Set(arc));
+}
+
 } // namespace qstd

@@ -46,6 +46,9 @@ ArcDefinition ReadArc(const ArcOptions& options, Inputs& inputs);
  */
 std::optional<ArcParams> DefineArc(const ArcDefinition& arc, Row& row);
 
+/** Hands the arc to the library again, as DefineArc did with success. */
+void DefineArcAgain(const ArcDefinition& arc);
+
 } // namespace qstd
 
 #endif

@@ -150,7 +150,7 @@ double ProvenArea(const std::vector<KnownPoint>& corners, const Sink& sink, Row&
     const double fromFirst = Area(corners, PlanOf(corners.front().point));
     if (std::fabs(fromFirst - counted.area) <= counted.allowed)
     {
-        AddRemark(fmt::format("computed with coordinates from the first corner: as given, the library's area is off by {}",
+        AddRemark(fmt::format("computed with coordinates from the first corner; without that the library's area is off by {}",
                               miss),
                   row);
         return fromFirst;

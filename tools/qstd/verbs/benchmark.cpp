@@ -1,6 +1,8 @@
 #include "verbs/benchmark.h"
 
 #include "input/row_reader.h"
+#include "proof/judgement.h"
+#include "proof/plan_geometry.h"
 #include "station/set_up.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
@@ -163,8 +165,62 @@ AxisHeight Solve(const BenchmarkSight& sight, LinearUnit unit)
     return result;
 }
 
-Row RowOf(const BenchmarkSight& sight, LinearUnit unit)
+/** How far the benchmark is; 0 where nobody knows. */
+double ReachOf(const BenchmarkSight& sight)
 {
+    if (sight.slopeDistance || sight.horizontalDistance)
+    {
+        return sight.slopeDistance.value_or(sight.horizontalDistance.value_or(0.0));
+    }
+    return sight.standing ? PlanDistance(*sight.standing, sight.benchmark.point) : 0.0;
+}
+
+/** How far from the axis to the reflector by zenith angle and coordinates, and how far rounding may lead off. */
+void RequireHeightByZenith(const BenchmarkSight& sight, const InstrumentOptions& instrument, LinearUnit unit,
+                           double height, Proof& proof)
+{
+    constexpr double EARTH_RADIUS = 6370000.0;
+    const double earth = FromMetres(EARTH_RADIUS, unit);
+    const double scale = instrument.scale.value_or(1.0);
+    const double level = (scale != 0.0 ? ReachOf(sight) / scale : ReachOf(sight)) *
+                         (1.0 + instrument.seaLevel.value_or(0.0) / earth);
+    const double zenith = RadiansOf(*sight.zenith);
+    const double slope = level / std::sin(zenith);
+    // Curvature and refraction are not computed again: both corrections together are below this.
+    const double bent = instrument.refraction ? 3.0 * slope * slope / (2.0 * earth) : 0.0;
+    const double climb = level / std::tan(zenith);
+    const PointRecord& target = sight.benchmark.point;
+    // The library solves a small network for it, whose station moves by rounding.
+    constexpr double MOVED = 1e-6;
+    proof.Require("the height does not lead back to the benchmark, by",
+                  height + climb - (target.height + sight.targetHeight),
+                  bent + RoundingOf(std::fabs(climb) + std::fabs(target.height)) +
+                      std::fabs(climb / level) * (MOVED + RoundingOf(SizeOf({PlanOf(*sight.standing), PlanOf(target)}))));
+}
+
+/** The axis, moved by the sight, is the reflector above the benchmark. */
+Proof Prove(const BenchmarkSight& sight, const InstrumentOptions& instrument, LinearUnit unit, const AxisHeight& result)
+{
+    Proof proof;
+    const double reflector = sight.benchmark.point.height + sight.targetHeight;
+    if (!result.verticalDifference)
+    {
+        RequireHeightByZenith(sight, instrument, unit, result.height, proof);
+        return proof;
+    }
+    const double up = *result.verticalDifference;
+    proof.Require("the height does not lead back to the benchmark, by", result.height + up - reflector,
+                  RoundingOf(std::fabs(up) + std::fabs(reflector)));
+    const double zenith = RadiansOf(*sight.zenith);
+    const double level = sight.slopeDistance ? *sight.slopeDistance * std::sin(zenith) : *sight.horizontalDistance;
+    proof.Require("the height difference is not in the sight, by", up * std::sin(zenith) - level * std::cos(zenith),
+                  RoundingOf(std::fabs(up) + level));
+    return proof;
+}
+
+Row RowOf(const BenchmarkSight& sight, const InstrumentOptions& instrument, const Sink& sink)
+{
+    const LinearUnit unit = sink.Options().unit;
     const AxisHeight result = Solve(sight, unit);
     Row row;
     row.status = result.status;
@@ -179,23 +235,39 @@ Row RowOf(const BenchmarkSight& sight, LinearUnit unit)
                           {isByDistance ? RealValue(*result.verticalDifference) : Value(),
                            std::string(isByDistance ? "distance" : "zenith angle"), RealValue(result.height),
                            sight.instrumentHeight ? RealValue(result.height - *sight.instrumentHeight) : Value()});
+        Judge(Prove(sight, instrument, unit, result), sink, row);
+        QuestionFar("the axis", std::fabs(result.height - sight.benchmark.point.height), ReachOf(sight), sink, row);
     }
     return row;
+}
+
+/** Of 756.31 or H=756.31. */
+std::optional<double> HeightFrom(const std::string& text)
+{
+    const std::string plain = LowerCase(Trim(text));
+    const bool isMarked = plain.rfind("h=", 0) == 0;
+    return ParseReal(Trim(std::string_view(plain).substr(isMarked ? 2 : 0)));
 }
 
 /** A point of known height, or the height itself. */
 KnownPoint BenchmarkFrom(const std::string& text, Inputs& inputs)
 {
     const std::optional<KnownPoint> known = inputs.FindPoint(text);
+    const std::optional<double> height = HeightFrom(text);
     if (known)
     {
+        if (height)
+        {
+            throw WrongUse(fmt::format("benchmark {}: the name of a point and a height; write id={} for the point, or "
+                                       "H={} for the height",
+                                       Quoted(text), text, text));
+        }
         if (!HasHeight(*known))
         {
             throw WrongUse(fmt::format("benchmark {}: has no height; name a point that has one", Quoted(text)));
         }
         return *known;
     }
-    const std::optional<double> height = ParseReal(text);
     if (!height || std::fabs(*height) > LONGEST_LENGTH)
     {
         throw WrongUse(fmt::format("benchmark {}: neither a point of the table --points nor a height; write a height "
@@ -302,6 +374,19 @@ size_t ForEachBenchmark(const SetUp& setUp, const PointList& points, Visit visit
     return others;
 }
 
+/** Heights of one axis differ by the benchmarks' and the reflectors' heights, and by zenith angles over the distance. */
+void QuestionSpread(double spread, double farthest, const Sink& sink, Row& row)
+{
+    constexpr double OF_HEIGHTS = 0.010;
+    constexpr double OF_ZENITH = 20.0 * 16.0; // 20 seconds
+    if (spread > OF_HEIGHTS + UnitsOver(farthest, OF_ZENITH))
+    {
+        row.warnings.push_back(fmt::format("the heights differ by {} {}; check the benchmarks, the reflector heights and "
+                                           "the zenith angles",
+                                           sink.LengthText(spread), UnitSymbol(sink.Options().unit)));
+    }
+}
+
 /** The mean of what a set-up gives; nothing is added for one that gives none. */
 void AddMean(const SetUp& setUp, const PointList& points, Sink& sink)
 {
@@ -309,12 +394,14 @@ void AddMean(const SetUp& setUp, const PointList& points, Sink& sink)
     double sum = 0.0;
     double smallest = 0.0;
     double largest = 0.0;
+    double farthest = 0.0;
     ForEachBenchmark(setUp, points, [&](const BenchmarkSight& sight) {
         const AxisHeight result = Solve(sight, sink.Options().unit);
         if (result.isComputed)
         {
             smallest = count == 0 ? result.height : std::min(smallest, result.height);
             largest = count == 0 ? result.height : std::max(largest, result.height);
+            farthest = std::max(farthest, ReachOf(sight));
             sum += result.height;
             ++count;
         }
@@ -325,6 +412,7 @@ void AddMean(const SetUp& setUp, const PointList& points, Sink& sink)
         Row row;
         row.values = {setUp.station, count, mean,
                       setUp.instrumentHeight ? RealValue(mean - *setUp.instrumentHeight) : Value(), largest - smallest};
+        QuestionSpread(largest - smallest, farthest, sink, row);
         sink.Add(row);
     }
 }
@@ -343,7 +431,7 @@ void RunBook(const BenchmarkOptions& options, Inputs& inputs, Sink& sink)
     for (const SetUp& setUp : setUps)
     {
         others += ForEachBenchmark(setUp, points,
-                                   [&](const BenchmarkSight& sight) { sink.Add(RowOf(sight, sink.Options().unit)); });
+                                   [&](const BenchmarkSight& sight) { sink.Add(RowOf(sight, options.instrument, sink)); });
     }
     sink.Begin(MEAN_SECTION);
     for (const SetUp& setUp : setUps)
@@ -410,7 +498,7 @@ void RunBenchmark(const BenchmarkOptions& options, Inputs& inputs, Sink& sink)
     const BenchmarkSight sight = TypedSightFrom(options, inputs);
     sink.Title(fmt::format("Height of the instrument from benchmark {}", sight.benchmark.id));
     sink.Begin(SectionOf(true));
-    sink.Add(RowOf(sight, sink.Options().unit));
+    sink.Add(RowOf(sight, options.instrument, sink));
 }
 
 } // namespace qstd

@@ -1,5 +1,7 @@
 #include "verbs/column.h"
 
+#include "proof/judgement.h"
+#include "proof/space_proof.h"
 #include "text/status_name.h"
 #include "verbs/plan_shapes.h"
 #include "verbs/standing.h"
@@ -21,6 +23,8 @@ struct ColumnSights
 {
     ObservationRecord face = {}; /**< the distances as reduced from the slope distance */
     double faceDirection = 0.0;  /**< from north, radians */
+    double leftDirection = 0.0;
+    double rightDirection = 0.0;
     AngleUnit leftAzimuth = 0;
     AngleUnit leftZenith = ANGLE_QUARTER_CIRCLE;
     AngleUnit rightAzimuth = 0;
@@ -65,8 +69,10 @@ ColumnSights SightsFrom(const ColumnOptions& options, const Standing& standing, 
     sights.face.thirdDistance = *face.slopeDistance * std::cos(zenith);
     sights.leftAzimuth = AzimuthOfReading(standing, left.circle);
     sights.leftZenith = left.zenith.value_or(ANGLE_QUARTER_CIRCLE);
+    sights.leftDirection = DirectionOfReading(standing, InFaceOne(left.circle, sights.leftZenith).circle);
     sights.rightAzimuth = AzimuthOfReading(standing, right.circle);
     sights.rightZenith = right.zenith.value_or(ANGLE_QUARTER_CIRCLE);
+    sights.rightDirection = DirectionOfReading(standing, InFaceOne(right.circle, sights.rightZenith).circle);
     return sights;
 }
 
@@ -100,7 +106,19 @@ std::string Remark(int32_t status)
     }
 }
 
-Row RowOf(const Found& found, const Standing& standing)
+/** From the station the circle touches both edges, and its face is where it was sighted. */
+Proof Prove(const ColumnSights& sights, const Found& found, const Standing& standing)
+{
+    const auto direction = [](double azimuth) { return PlanVector{std::cos(azimuth), std::sin(azimuth)}; };
+    Proof proof = ProveColumn(PlanOf(standing.instrument.station),
+                              {direction(sights.leftDirection), direction(sights.rightDirection)},
+                              direction(sights.faceDirection), sights.face.secondDistance, PlanOf(found.centre),
+                              found.radius);
+    RequireExpected(standing, found.expected, found.centre, 0.0, proof);
+    return proof;
+}
+
+Row RowOf(const ColumnSights& sights, const Found& found, const Standing& standing, const Sink& sink)
 {
     Row row;
     row.status = found.status;
@@ -117,6 +135,8 @@ Row RowOf(const Found& found, const Standing& standing)
         fromAxis.hasHeight = true;
         const std::vector<Value> expected = ExpectedValues(fromAxis, found.expected);
         row.values.insert(row.values.end(), expected.begin(), expected.end());
+        Judge(Prove(sights, found, standing), sink, row);
+        QuestionFar("the far side of the column", 2.0 * found.radius, sights.face.secondDistance, sink, row);
     }
     return row;
 }
@@ -166,7 +186,7 @@ void RunColumn(const ColumnOptions& options, Inputs& inputs, Sink& sink)
     const Standing standing = StandingFrom(options.instrument, inputs, sink.Options().unit);
     const ColumnSights sights = SightsFrom(options, standing, inputs);
     const Found found = Find(sights, standing);
-    const Row row = RowOf(found, standing);
+    const Row row = RowOf(sights, found, standing, sink);
 
     sink.Title("Column from sights to its face and two edges");
     sink.Begin(SectionOf(standing));

@@ -1,5 +1,7 @@
 #include "verbs/corner.h"
 
+#include "proof/judgement.h"
+#include "proof/space_proof.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
@@ -117,6 +119,25 @@ Corner CornerOf(const std::vector<KnownPoint>& points, double targetHeight, cons
     return corner;
 }
 
+/** On the walls, and seen under the sight that is told. */
+void JudgeCorner(const std::vector<KnownPoint>& points, const Corner& corner, double targetHeight,
+                 const Standing& standing, const Sink& sink, Row& row)
+{
+    std::vector<PointRecord> records;
+    for (const KnownPoint& point : points)
+    {
+        records.push_back(point.point);
+    }
+    Proof proof = points.size() == RIGHT_ANGLE_POINTS
+                      ? ProveCorner(records[0], records[1], records[2], corner.point)
+                      : ProveCorner({records[0], records[1], records[2], records[3]}, corner.point);
+    proof.Require("the height is not that of the last point, by", corner.point.height - records.back().height,
+                  RoundingOf(std::fabs(corner.point.height)));
+    RequireExpected(standing, corner.sight, corner.point, targetHeight, proof);
+    Judge(proof, sink, row);
+    QuestionFar("the corner", PlanDistance(records.front(), corner.point), ExtentOf(records, standing), sink, row);
+}
+
 void DrawWall(FigureWriter& figure, const KnownPoint& from, const KnownPoint* to, const FigurePlace& corner)
 {
     const FigurePlace first = PlaceOf(from.point);
@@ -184,6 +205,7 @@ void RunCorner(const CornerOptions& options, Inputs& inputs, Sink& sink)
                       RealValue(corner.point.height)};
         const std::vector<Value> expected = ExpectedValues(standing, corner.sight);
         row.values.insert(row.values.end(), expected.begin(), expected.end());
+        JudgeCorner(points, corner, targetHeight, standing, sink, row);
     }
     sink.Title(points.size() == RIGHT_ANGLE_POINTS ? "Corner of two walls at a right angle, from three points"
                                                    : "Corner of two walls, from four points");

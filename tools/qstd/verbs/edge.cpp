@@ -1,5 +1,7 @@
 #include "verbs/edge.h"
 
+#include "proof/judgement.h"
+#include "proof/space_proof.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "verbs/plan_shapes.h"
@@ -31,6 +33,7 @@ struct Found
     SightRecord expected = {};
     PointRecord target = {};
     PointRecord onPlane = {};
+    Row verdict; /**< of the proof: remark and warnings */
 };
 
 Section SectionOf(bool isSingle, const Standing& standing)
@@ -74,6 +77,7 @@ void CheckPlane(const AngleSight& sight, const Standing& standing, Found& found)
     {
         found.status = QSTD_DEGENERATE;
         found.remark = "the sight is vertical or runs parallel to the edge, and meets it nowhere";
+        found.verdict = Row();
         return;
     }
     const FaceOneSight faceOne = InFaceOne(sight.circle, sight.zenith);
@@ -83,7 +87,45 @@ void CheckPlane(const AngleSight& sight, const Standing& standing, Found& found)
     }
 }
 
-Found Find(const Edge& edge, const AngleSight& sight, const Standing& standing)
+void Meet(const PointRecord& first, const PointRecord& second, const AngleSight& sight, const Standing& standing,
+          Found& found)
+{
+    found.status = QCalcOfsLineHA(&first, &second, AzimuthOfReading(standing, sight.circle), sight.zenith,
+                                  &standing.instrument.station, standing.instrument.instrumentHeight, &found.expected,
+                                  &found.target, 0.0);
+}
+
+Proof Prove(const Edge& edge, const AngleSight& sight, const Standing& standing, const Found& found)
+{
+    Proof proof = ProveEdge(edge.first.point, edge.second.point, ProvenSight(standing, sight.circle, sight.zenith),
+                            found.target);
+    RequireExpected(standing, found.expected, found.target, 0.0, proof);
+    return proof;
+}
+
+/**
+ * On which side of the second point the sight meets the edge, the library tells by the signs of two products; where the
+ * edge runs along a coordinate axis but for rounding, one of them is noise. From the other end the sign is the other.
+ */
+void ProveOrSwap(const Edge& edge, const AngleSight& sight, const Standing& standing, const Sink& sink, Found& found)
+{
+    const Proof asGiven = Prove(edge, sight, standing, found);
+    if (asGiven.Holds())
+    {
+        return;
+    }
+    Found other = found;
+    Meet(edge.second.point, edge.first.point, sight, standing, other);
+    if (HasResult(other.status) && Prove(edge, sight, standing, other).Holds())
+    {
+        found = other;
+        RemarkOtherForm(asGiven, "from the other end of the edge", sink, found.verdict);
+        return;
+    }
+    Judge(asGiven, sink, found.verdict);
+}
+
+Found Find(const Edge& edge, const AngleSight& sight, const Standing& standing, const Sink& sink)
 {
     Found found;
     // Of the first point the library takes the height as it stands, known or not.
@@ -96,23 +138,25 @@ Found Find(const Edge& edge, const AngleSight& sight, const Standing& standing)
             return found;
         }
     }
-    found.status = QCalcOfsLineHA(&edge.first.point, &edge.second.point, AzimuthOfReading(standing, sight.circle),
-                                  sight.zenith, &standing.instrument.station, standing.instrument.instrumentHeight,
-                                  &found.expected, &found.target, 0.0);
+    Meet(edge.first.point, edge.second.point, sight, standing, found);
     found.remark = Remark(found.status);
     if (HasResult(found.status))
     {
+        ProveOrSwap(edge, sight, standing, sink, found);
         CheckPlane(sight, standing, found);
     }
     return found;
 }
 
-Row RowOf(const AngleSight& sight, const Found& found, const Standing& standing)
+Row RowOf(const Edge& edge, const AngleSight& sight, const Found& found, const Standing& standing, const Sink& sink)
 {
-    Row row;
+    Row row = found.verdict;
     row.status = found.status;
     row.isComputed = HasResult(found.status);
-    row.remark = found.remark;
+    if (!found.remark.empty())
+    {
+        AddRemark(found.remark, row);
+    }
     row.values = {sight.target};
     if (row.isComputed)
     {
@@ -120,6 +164,8 @@ Row RowOf(const AngleSight& sight, const Found& found, const Standing& standing)
                                              RealValue(found.target.height)});
         const std::vector<Value> expected = ExpectedValues(standing, found.expected);
         row.values.insert(row.values.end(), expected.begin(), expected.end());
+        QuestionFar("the point", PlanDistance(edge.first.point, found.target),
+                    ExtentOf({edge.first.point, edge.second.point}, standing), sink, row);
     }
     return row;
 }
@@ -187,8 +233,8 @@ void RunEdge(const EdgeOptions& options, Inputs& inputs, Sink& sink)
     AngleSight sight;
     for (size_t count = 1; sights.Next(sight); ++count)
     {
-        const Found found = Find(edge, sight, standing);
-        sink.Add(RowOf(sight, found, standing));
+        const Found found = Find(edge, sight, standing, sink);
+        sink.Add(RowOf(edge, sight, found, standing, sink));
         if (figure != nullptr && HasResult(found.status))
         {
             if (!hasFigureBegun)

@@ -4,6 +4,7 @@
 #include "text/outcome.h"
 #include "text/text.h"
 #include "verbs/arguments.h"
+#include "verbs/typed_sight.h"
 
 #include <fmt/format.h>
 
@@ -27,6 +28,18 @@ constexpr double OVERHANG = 0.08;
     throw WrongUse(fmt::format("line to {}: no known point, and no azimuth: {}", Quoted(text), azimuthProblem));
 }
 
+/** A number that is the name of a point is an azimuth, too, where bare angles have a form. */
+void RequireNoAzimuth(const std::string& text, const Inputs& inputs)
+{
+    const std::optional<AngleForm> form = inputs.BareAngles();
+    if (form && ParseReal(text) && ParseAngle(text, form).problem.empty())
+    {
+        throw WrongUse(fmt::format("line to {}: the name of a point and, with --angle, an azimuth; write {} for the "
+                                   "azimuth, or id={} for the point",
+                                   Quoted(text), WithForm(text, *form), text));
+    }
+}
+
 } // namespace
 
 bool PlanLine::IsByPoints() const
@@ -42,6 +55,7 @@ PlanLine ReadLine(const LineArgument& argument, Inputs& inputs)
     const std::optional<KnownPoint> second = inputs.FindPoint(argument.second);
     if (second)
     {
+        RequireNoAzimuth(argument.second, inputs);
         line.second = *second;
         line.definition.second = second->point;
         line.definition.mode = LINE_BY_POINTS;

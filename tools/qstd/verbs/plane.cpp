@@ -153,7 +153,7 @@ void RunPlane(const PlaneOptions& options, Inputs& inputs, Sink& sink)
     AngleSight sight;
     while (sights.Next(sight))
     {
-        const PlanePlace place = MeetPlane(plane, sight, row);
+        const PlanePlace place = MeetPlane(plane, sight, sink, row);
         FillRow(plane, sight, place, sink, row);
         sink.Add(row);
         if (row.isComputed)

@@ -1,8 +1,10 @@
 #include "verbs/reference_plane.h"
 
+#include "proof/judgement.h"
 #include "text/angle_text.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
+#include "verbs/own_axes.h"
 #include "verbs/standing.h"
 
 #include <fmt/format.h>
@@ -94,6 +96,110 @@ void Complete(const ReferencePlane& plane, const AngleSight& sight, PlanePlace& 
     }
 }
 
+SpaceSight ProvenSight(const ReferencePlane& plane, const AngleSight& sight)
+{
+    const double direction = DirectionOf(plane, sight);
+    SpaceSight proven;
+    proven.axis = SpaceOf(plane.station.point);
+    proven.axis[2] += plane.instrumentHeight;
+    proven.direction = {std::cos(direction), std::sin(direction)};
+    const AngleUnit zenith = sight.zenith < ANGLE_HALF_CIRCLE ? sight.zenith : ANGLE_FULL_CIRCLE - sight.zenith;
+    proven.zenith = RadiansOf(zenith);
+    return proven;
+}
+
+Proof Prove(const ReferencePlane& plane, const AngleSight& sight, const PlanePlace& place, int32_t status)
+{
+    const SpaceSight proven = ProvenSight(plane, sight);
+    if (plane.IsInSpace())
+    {
+        SpacePlane space = {SpaceOf(plane.first.point), SpaceOf(plane.second.point), SpaceOf(plane.second.point)};
+        space.third[2] += 1.0;
+        space.third = plane.third ? SpaceOf(plane.third->point) : space.third;
+        return ProveSpacePlane(space, proven, place.point, place.along, place.across);
+    }
+    const bool isHeightKnown = status == QSTD_OK && HasHeight(plane.station);
+    return ProveVerticalPlane(plane.first.point, plane.second.point, proven, place.point, place.along,
+                              isHeightKnown ? std::optional(place.across) : std::nullopt);
+}
+
+/** All coordinates less those of the first point of the plane. */
+ReferencePlane FromFirst(const ReferencePlane& plane)
+{
+    const OwnAxes axes(PlanOf(plane.first.point));
+    const double height = plane.first.point.height;
+    const auto move = [&axes, height](KnownPoint& point) {
+        point.point = axes.In(point.point);
+        point.point.height -= height;
+    };
+    ReferencePlane moved = plane;
+    move(moved.first);
+    move(moved.second);
+    move(moved.station);
+    if (moved.third)
+    {
+        move(*moved.third);
+    }
+    return moved;
+}
+
+int32_t Define(const ReferencePlane& plane)
+{
+    return plane.IsInSpace() ? QREFSet3PtBasePlane(&plane.first.point, &plane.second.point,
+                                                   plane.third ? &plane.third->point : nullptr)
+                             : QREFSet2PtBasePlane(&plane.first.point, &plane.second.point);
+}
+
+int32_t Meet(const ReferencePlane& plane, const AngleSight& sight, PlanePlace& place)
+{
+    const AngleUnit azimuth = WithinCircle(sight.circle + plane.orientation);
+    return (plane.IsInSpace() ? QREFCalc3PtPlane : QREFCalc2PtPlane)(azimuth, sight.zenith, &plane.station.point,
+                                                                     plane.instrumentHeight, &place.point,
+                                                                     &place.along, &place.across);
+}
+
+/**
+ * With coordinates from the first point. Which way distances along a plane in space count, the library tells by the
+ * sign of a distance that is 0 but for rounding; from the first point it is 0.
+ */
+void ProveOrTakeOtherForm(const ReferencePlane& plane, const AngleSight& sight, const Sink& sink, PlanePlace& place,
+                          Row& row)
+{
+    const Proof asGiven = Prove(plane, sight, place, row.status);
+    if (asGiven.Holds())
+    {
+        return;
+    }
+    const ReferencePlane moved = FromFirst(plane);
+    PlanePlace other;
+    const bool isDefined = HasResult(Define(moved));
+    const bool isMet = isDefined && HasResult(Meet(moved, sight, other)) && other.along != UNDEFINED_REAL;
+    static_cast<void>(Define(plane));
+    if (isMet)
+    {
+        other.point = OwnAxes(PlanVector{-plane.first.point.northing, -plane.first.point.easting}).In(other.point);
+        other.point.height += plane.first.point.height;
+        if (Prove(plane, sight, other, row.status).Holds())
+        {
+            place = other;
+            RemarkOtherForm(asGiven, "with coordinates from the first point", sink, row);
+            return;
+        }
+    }
+    Judge(asGiven, sink, row);
+}
+
+/** The farthest that two of the points, and the instrument, lie apart. */
+double ExtentOf(const ReferencePlane& plane)
+{
+    std::vector<PointRecord> points = {plane.first.point, plane.second.point, plane.station.point};
+    if (plane.third)
+    {
+        points.push_back(plane.third->point);
+    }
+    return ExtentOf(points, Standing());
+}
+
 } // namespace
 
 SpaceVector ReferencePlane::Baseline() const
@@ -120,9 +226,7 @@ bool DefinePlane(const ReferencePlane& plane, Row& row)
         points.emplace_back(*plane.third);
     }
     points.emplace_back(plane.station);
-    row.status = plane.IsInSpace() ? QREFSet3PtBasePlane(&plane.first.point, &plane.second.point,
-                                                         plane.third ? &plane.third->point : nullptr)
-                                   : QREFSet2PtBasePlane(&plane.first.point, &plane.second.point);
+    row.status = Define(plane);
     row.isComputed = HasResult(row.status);
     row.remark = WhyRefused(plane, row.status);
     if (!IsRefusedForPlan(points, row) && plane.IsInSpace())
@@ -132,16 +236,25 @@ bool DefinePlane(const ReferencePlane& plane, Row& row)
     return row.isComputed;
 }
 
-PlanePlace MeetPlane(const ReferencePlane& plane, const AngleSight& sight, Row& row)
+PlanePlace MeetPlane(const ReferencePlane& plane, const AngleSight& sight, const Sink& sink, Row& row)
 {
     PlanePlace place;
-    const AngleUnit azimuth = WithinCircle(sight.circle + plane.orientation);
-    row.status = (plane.IsInSpace() ? QREFCalc3PtPlane : QREFCalc2PtPlane)(
-        azimuth, sight.zenith, &plane.station.point, plane.instrumentHeight, &place.point, &place.along, &place.across);
+    row = Row();
+    row.status = Meet(plane, sight, place);
     row.isComputed = HasResult(row.status) && place.along != UNDEFINED_REAL;
     if (row.isComputed)
     {
+        Row verdict;
+        verdict.status = row.status;
+        ProveOrTakeOtherForm(plane, sight, sink, place, verdict);
         Complete(plane, sight, place, row);
+        row.isProven = verdict.isProven;
+        row.warnings = verdict.warnings;
+        if (!verdict.remark.empty())
+        {
+            AddRemark(verdict.remark, row);
+        }
+        QuestionFar("the point", PlanDistance(plane.first.point, place.point), ExtentOf(plane), sink, row);
         return place;
     }
     row.remark = row.status == QSTD_DEGENERATE

@@ -6,18 +6,18 @@
 #define QSTD_REFERENCE_PLANE_H
 
 #include "input/field_book.h"
+#include "proof/space_proof.h"
 #include "results/result.h"
+#include "results/sink.h"
 #include "verbs/sight_list.h"
 
 #include <qstdlib.h>
 
-#include <array>
 #include <optional>
 
 namespace qstd {
 
-/** Northing, easting, height. */
-using SpaceVector = std::array<double, 3>;
+using SpaceVector = Space;
 
 struct ReferencePlane
 {
@@ -55,8 +55,12 @@ struct PlanePlace
 /** Hands the plane to the library, which keeps it. False where it is refused; the row then says why. */
 bool DefinePlane(const ReferencePlane& plane, Row& row);
 
-/** Meets the plane with a sight. @param row  status and what to say of it */
-PlanePlace MeetPlane(const ReferencePlane& plane, const AngleSight& sight, Row& row);
+/**
+ * Meets the plane with a sight, and holds the place against both.
+ *
+ * @param row  status and what to say of it
+ */
+PlanePlace MeetPlane(const ReferencePlane& plane, const AngleSight& sight, const Sink& sink, Row& row);
 
 } // namespace qstd
 

@@ -1,5 +1,7 @@
 #include "verbs/remote_elevation.h"
 
+#include "proof/judgement.h"
+#include "proof/space_proof.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "text/text.h"
@@ -81,10 +83,38 @@ Base BaseFrom(const RemoteElevationOptions& options, const Standing& standing, I
     // Plain numbers are coordinates where there is a station to see them from, else angles in the form of --angle.
     const bool isSight = !isKnown && PartsOf(options.base).size() > 1 &&
                          (LooksLikeSight(options.base) || (!standing.hasStation && inputs.BareAngles()));
+    if (!isKnown && !isSight)
+    {
+        RequireOneMeaning(options.base, inputs);
+    }
     return isSight ? BaseBySight(options, standing, inputs) : BaseByPoint(options, standing, inputs);
 }
 
-Row RowOf(const AngleSight& sight, const Base& base)
+/**
+ * The height and the offset each lie in the sight. Both together do not where the sight is turned to the side: the
+ * height is that at the distance of the base.
+ */
+void JudgeElevation(const Base& base, const AngleSight& sight, const PointRecord& result, const Sink& sink, Row& row)
+{
+    // Less is not worth a sentence.
+    constexpr double HEIGHT_MISSED = 5e-4;
+    const FaceOneSight baseSight = InFaceOne(base.sight.horizontalAngle, base.sight.zenithAngle);
+    const FaceOneSight faceOne = InFaceOne(sight.circle, sight.zenith);
+    const RemoteBase from = {baseSight.circle, RadiansOf(baseSight.zenith), base.sight.distance};
+    const double zenith = RadiansOf(faceOne.zenith);
+    Judge(ProveRemoteElevation(from, faceOne.circle, zenith, result.height, result.northing), sink, row);
+    const double missed = HeightMissedAside(from, faceOne.circle, zenith);
+    if (std::fabs(missed) > HEIGHT_MISSED)
+    {
+        row.warnings.push_back(fmt::format("the height is that at the distance of the base; at the offset, in the "
+                                           "upright plane across the sight to the base, the sight is {} {} {}",
+                                           sink.LengthText(std::fabs(missed)), UnitSymbol(sink.Options().unit),
+                                           missed > 0.0 ? "higher" : "lower"));
+    }
+    QuestionFar("the point", std::hypot(result.northing, result.height), base.sight.distance, sink, row);
+}
+
+Row RowOf(const AngleSight& sight, const Base& base, const Sink& sink)
 {
     Row row;
     row.values = {sight.target, AngleOf(sight.circle), AngleOf(sight.zenith)};
@@ -103,6 +133,7 @@ Row RowOf(const AngleSight& sight, const Base& base)
         const double above = result.height + base.reflector;
         row.values.insert(row.values.end(), {RealValue(above), RealValue(result.northing),
                                              base.height ? RealValue(*base.height + above) : Value()});
+        JudgeElevation(base, sight, result, sink, row);
     }
     return row;
 }
@@ -137,7 +168,7 @@ void RunRemoteElevation(const RemoteElevationOptions& options, Inputs& inputs, S
     AngleSight sight;
     while (sights.Next(sight))
     {
-        const Row row = RowOf(sight, base);
+        const Row row = RowOf(sight, base, sink);
         if (isSingle)
         {
             sink.Begin(SectionOf(true, OffsetSide(sink, row)));

@@ -1,6 +1,8 @@
 #include "verbs/slope.h"
 
 #include "input/table_points.h"
+#include "proof/judgement.h"
+#include "proof/space_proof.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "text/text.h"
@@ -13,6 +15,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -101,7 +104,13 @@ std::string Remark(const Design& design, int32_t status, const KnownPoint& point
     }
 }
 
-Checked Check(const Design& design, const KnownPoint& point)
+/** Beyond the section that the design covers the slope is prolonged. */
+double ExtentOf(const Design& design)
+{
+    return std::hypot(design.second.distance - design.first.distance, design.second.height - design.first.height);
+}
+
+Checked Check(const Design& design, const KnownPoint& point, const Sink& sink)
 {
     Checked checked;
     Row& row = checked.row;
@@ -114,6 +123,12 @@ Checked Check(const Design& design, const KnownPoint& point)
         row.values.insert(row.values.end(),
                           {RealValue(checked.result.distanceFromBase), RealValue(checked.result.offsetBeyondSlope),
                            RealValue(checked.result.heightAboveSlope)});
+        const SectionSlope slope = {design.first.distance, design.first.height, design.second.distance,
+                                    design.second.height};
+        Judge(ProveSlope(slope, design.base.point, point.point, checked.result), sink, row);
+        QuestionFar("the point", checked.result.distanceFromBase,
+                    std::max({ExtentOf(design), std::fabs(design.first.distance), std::fabs(design.second.distance)}),
+                    sink, row);
     }
     return checked;
 }
@@ -247,7 +262,7 @@ void RunSlope(const SlopeOptions& options, Inputs& inputs, Sink& sink)
         sink.Begin(SectionOf(false, "", ""));
     }
     ForEachPoint(options, standing, inputs, [&](const KnownPoint& point) {
-        const Checked checked = Check(design, point);
+        const Checked checked = Check(design, point, sink);
         if (isSingle)
         {
             sink.Begin(RecordOf(sink, checked));

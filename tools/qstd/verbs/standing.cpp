@@ -103,8 +103,14 @@ bool IsBehind(const PointRecord& station, double direction, const PointRecord& p
 
 KnownPoint MeasuredPoint(const std::string& text, const Standing& standing, double targetHeight, Inputs& inputs)
 {
-    if (inputs.Points().Find(text) != nullptr || !LooksLikeSight(text))
+    const bool isName = inputs.Points().Find(text) != nullptr;
+    if (isName || !LooksLikeSight(text))
     {
+        // Without a station there are no sights.
+        if (!isName && standing.hasStation)
+        {
+            RequireOneMeaning(text, inputs);
+        }
         return inputs.Point(text);
     }
     const TypedSight sight = ParseSight(text, "measured point", SightParts::ANGLES_AND_DISTANCE, inputs);
@@ -123,6 +129,53 @@ bool HasPlan(const KnownPoint& point)
 bool HasHeight(const KnownPoint& point)
 {
     return (point.point.flags & POINT_HAS_HEIGHT) != 0;
+}
+
+SpaceSight ProvenSight(const Standing& standing, AngleUnit circle, AngleUnit zenith)
+{
+    const FaceOneSight faceOne = InFaceOne(circle, zenith);
+    SpaceSight sight;
+    sight.axis = SpaceOf(standing.instrument.station);
+    sight.axis[2] += standing.instrument.instrumentHeight;
+    const double direction = DirectionOfReading(standing, faceOne.circle);
+    sight.direction = {std::cos(direction), std::sin(direction)};
+    sight.zenith = RadiansOf(faceOne.zenith);
+    return sight;
+}
+
+void RequireExpected(const Standing& standing, const SightRecord& sight, const PointRecord& target,
+                     double targetHeight, Proof& proof)
+{
+    if (!standing.hasStation || sight.distance == 0.0)
+    {
+        return;
+    }
+    PointRecord prism = target;
+    prism.height += targetHeight;
+    RequireExpectedSight(ProvenSight(standing, sight.horizontalAngle, sight.zenithAngle), sight.distance,
+                         standing.hasHeight, prism, proof);
+}
+
+double ExtentOf(const std::vector<PointRecord>& points, const Standing& standing)
+{
+    std::vector<PlanVector> places;
+    for (const PointRecord& point : points)
+    {
+        places.push_back(PlanOf(point));
+    }
+    if (standing.hasStation)
+    {
+        places.push_back(PlanOf(standing.instrument.station));
+    }
+    double extent = 0.0;
+    for (const PlanVector& one : places)
+    {
+        for (const PlanVector& other : places)
+        {
+            extent = std::fmax(extent, Length(other - one));
+        }
+    }
+    return extent;
 }
 
 std::vector<Column> ExpectedColumns(const Standing& standing)

@@ -8,6 +8,7 @@
 #include "input/inputs.h"
 #include "instrument/instrument_options.h"
 #include "plan/figure.h"
+#include "proof/space_proof.h"
 #include "results/result.h"
 #include "results/sink.h"
 #include "verbs/sight_list.h"
@@ -46,13 +47,23 @@ bool IsBehind(const PointRecord& station, double direction, const PointRecord& p
 /**
  * A point given by name, by coordinates, or as the sight HZ,V,SD from the station to a reflector above it.
  *
- * Where a point may stand, three plain numbers are coordinates: the angles of a sight say their form. A point that is
- * sighted has a height where the station has one. Throws WrongUse.
+ * Three plain numbers are coordinates: the angles of a sight say their form. With --angle and a station they might be a
+ * sight and are refused. A point that is sighted has a height where the station has one. Throws WrongUse.
  */
 KnownPoint MeasuredPoint(const std::string& text, const Standing& standing, double targetHeight, Inputs& inputs);
 
 bool HasPlan(const KnownPoint& point);
 bool HasHeight(const KnownPoint& point);
+
+/** A sight from the axis as the proofs take it, of either face. */
+SpaceSight ProvenSight(const Standing& standing, AngleUnit circle, AngleUnit zenith);
+
+/** The sight that the instrument is expected to read leads to the point; nothing is required without a station. */
+void RequireExpected(const Standing& standing, const SightRecord& sight, const PointRecord& target,
+                     double targetHeight, Proof& proof);
+
+/** The largest distance between two of the points, the station among them where there is one. */
+double ExtentOf(const std::vector<PointRecord>& points, const Standing& standing);
 
 /** Columns for the sight that the instrument is expected to read. */
 std::vector<Column> ExpectedColumns(const Standing& standing);

@@ -35,10 +35,49 @@ std::vector<std::string> PartsOf(const std::string& text)
     return {parts.begin(), parts.end()};
 }
 
+std::string WithForm(const std::string& angle, AngleForm form)
+{
+    switch (form)
+    {
+    case AngleForm::DEGREES:
+        return angle + "d";
+    case AngleForm::GON:
+        return angle + "g";
+    case AngleForm::RADIANS:
+        return angle + "rad";
+    case AngleForm::DMS:
+        break;
+    }
+    return FormatAngle(ParseAngle(angle, form).units, form);
+}
+
+void RequireOneMeaning(const std::string& text, const Inputs& inputs)
+{
+    constexpr size_t PARTS = 3;
+    const std::optional<AngleForm> form = inputs.BareAngles();
+    const std::vector<std::string> parts = PartsOf(text);
+    if (!form || parts.size() != PARTS)
+    {
+        return;
+    }
+    const std::optional<double> distance = ParseReal(parts[2]);
+    const auto isBareAngle = [form](const std::string& part) {
+        return ParseReal(part) && ParseAngle(part, form).problem.empty();
+    };
+    if (isBareAngle(parts[0]) && isBareAngle(parts[1]) && distance && *distance > 0.0)
+    {
+        throw WrongUse(fmt::format("{}: with --angle, a sight HZ,V,SD as well as coordinates N,E,H; write {},{},{} for the "
+                                   "sight, or N={},E={},H={} for the coordinates",
+                                   Quoted(text), WithForm(parts[0], *form), WithForm(parts[1], *form), parts[2],
+                                   parts[0], parts[1], parts[2]));
+    }
+}
+
 bool LooksLikeSight(const std::string& text)
 {
     const std::vector<std::string> parts = PartsOf(text);
-    return parts.size() > 1 &&
+    const bool isMarked = text.find('=') != std::string::npos;
+    return !isMarked && parts.size() > 1 &&
            !std::all_of(parts.begin(), parts.end(), [](const std::string& part) { return ParseReal(part); });
 }
 

@@ -44,6 +44,15 @@ TypedSight ParseSight(const std::string& text, const std::string& what, SightPar
 /** True for what was measured rather than known: parts with commas between them that are not all plain numbers. */
 bool LooksLikeSight(const std::string& text);
 
+/**
+ * Throws WrongUse for three plain numbers that are coordinates N,E,H as well as, with --angle, a sight HZ,V,SD; says how
+ * to write either.
+ */
+void RequireOneMeaning(const std::string& text, const Inputs& inputs);
+
+/** A bare number of an angle with the sign of its form behind it, such as 10g. */
+std::string WithForm(const std::string& angle, AngleForm form);
+
 /** Parts between commas, without blanks at their ends. */
 std::vector<std::string> PartsOf(const std::string& text);
 
