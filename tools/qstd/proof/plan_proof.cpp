@@ -43,7 +43,7 @@ void RequireHeight(const PointRecord& first, const PointRecord& second, double a
     if (height && HasHeight(result))
     {
         const double rise = HasHeight(first) && HasHeight(second) ? std::fabs(second.height - first.height) : 0.0;
-        const double gradient = rise / PlanDistance(first, second);
+        const double gradient = rise > 0.0 ? rise / PlanDistance(first, second) : 0.0;
         proof.Require(OFF_THE_HEIGHT, result.height - *height,
                       RoundingOf(std::fabs(*height) + std::fabs(first.height) + gradient * std::fabs(along)) +
                           gradient * RoundingOf(size));
@@ -213,7 +213,8 @@ Proof ProveFoot(const LineDef& line, const PointRecord& point, const PointRecord
     proof.Require("the foot lies off the line by", course.Right(place), allowed);
     proof.Require("the foot lies before or beyond the perpendicular by",
                   course.Along(place) - course.Along(PlanOf(point)), allowed);
-    const PointRecord& second = line.mode == LINE_BY_POINTS ? line.second : line.first;
+    // A line by azimuth is level.
+    const PointRecord second = line.mode == LINE_BY_POINTS ? line.second : PointRecord{};
     RequireHeight(line.first, second, course.Along(PlanOf(point)), SizeOf({course.origin, place}), foot, proof);
     return proof;
 }
