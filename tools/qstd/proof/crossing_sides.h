@@ -29,7 +29,7 @@ struct Crossing
  *
  * The sides are sorted along a direction and compared with those that overlap them there; of four directions the one is
  * taken in which the fewest do. Where sides are short beside the figure, this takes n log n steps; a figure of n spikes
- * in all directions takes n * n / 8 comparisons of two numbers, half a second for 32,767.
+ * in all directions takes n * n / 8 comparisons, about a second for 32,767.
  */
 std::vector<Crossing> FindCrossings(const std::vector<PlanVector>& corners, size_t most);
 

@@ -198,11 +198,14 @@ Proof ProveColumn(const PlanVector& station, const std::array<PlanVector, 2>& ed
 {
     Proof proof;
     const PlanVector toCentre = centre - station;
-    // Edges far apart have their tangent points beside the station: the sines are then those of a small supplement.
+    // The rounding of an angle moves the face as much more along its sight as the circle is small in the view, and once
+    // more as the face was sighted near the rim: the half chord there is the root of a difference.
     const double opening = std::fabs(Right(edges[0], edges[1]));
     const double reach = Length(toCentre) + radius;
+    const double aside = Right(face, toCentre);
+    const double halfChord = std::sqrt(std::fmax(0.0, (radius - aside) * (radius + aside))) / reach;
     const double allowed = RoundingOf(qstd::SizeOf({station, centre}) + reach) +
-                           ROUNDINGS * EPSILON * reach / std::fmax(opening, EPSILON);
+                           ROUNDINGS * EPSILON * reach / std::fmax(opening * halfChord, EPSILON);
     for (const PlanVector& edge : edges)
     {
         proof.Require("the circle does not touch an edge, by", std::fabs(Right(edge, toCentre)) - radius, allowed);

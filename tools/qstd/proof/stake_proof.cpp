@@ -108,12 +108,15 @@ Proof ProveArc(const StakeArc& arc, const ArcParams& params, const ArcWish& wish
                       RoundingOf(size) + UnitsOver(reach));
         if (wish.end)
         {
-            // The library halves the angle between the tangents in whole units.
+            // The library halves the angle between the tangents in whole units, which moves the end of a tangent as
+            // long as this by so much; of opposite tangents it halves nothing.
+            const bool isHalfCircle = std::fabs(std::cos(sweep / 2.0)) < 2.0 * ANGLE_UNIT;
+            const double tangentLength = isHalfCircle ? 0.0 : std::fabs(arc.Radius() * std::tan(sweep / 2.0));
             const Course tangent = {*wish.end, endWanted};
             const PlanVector arcEnd = arc.At(arc.Length(), 0.0);
             proof.Require("the arc ends beside its end tangent by", tangent.Right(arcEnd),
                           RoundingOf(size + SizeOf({*wish.end, arcEnd})) +
-                              UnitsOver(arc.Length() + Length(arcEnd - *wish.end), 3.0));
+                              UnitsOver(arc.Length() + tangentLength + Length(arcEnd - *wish.end), 3.0));
         }
     }
     return proof;

@@ -49,6 +49,7 @@ struct Arc
     Alignment alignment;
     ArcAxes axes; /**< in which the library keeps the arc */
     StakeArc proven; /**< the same for the proofs */
+    bool isSouth;
 
     [[nodiscard]] bool TurnsRight() const
     {
@@ -96,15 +97,16 @@ Arc ArcOf(const ArcDefinition& definition, const ArcParams& params, const ArcAxe
             azimuth,
             Alignment(definition.from.point, azimuth, params.length, params.radius),
             axes,
-            {PlanOf(definition.from.point), azimuth, params.radius, params.length}};
+            {PlanOf(definition.from.point), azimuth, params.radius, params.length},
+            isSouth};
 }
 
-Proof Prove(const Arc& arc, bool isSouth)
+Proof Prove(const Arc& arc)
 {
     const ArcDefinition& definition = arc.definition;
     ArcWish wish;
     wish.startAzimuth = definition.startAzimuth;
-    wish.isSouth = isSouth;
+    wish.isSouth = arc.isSouth;
     if (definition.kind != ArcDefinition::Kind::RADIUS_AND_LENGTH)
     {
         wish.endAzimuth = definition.endAzimuth;
@@ -125,9 +127,9 @@ Proof Prove(const Arc& arc, bool isSouth)
 }
 
 /** The arc as the library takes it or, where that misses, in axes of its own. */
-Arc ProvenOrInOwnAxes(const Arc& asGiven, bool isSouth, const Sink& sink, Row& row)
+Arc ProvenOrInOwnAxes(const Arc& asGiven, const Sink& sink, Row& row)
 {
-    const Proof proof = Prove(asGiven, isSouth);
+    const Proof proof = Prove(asGiven);
     if (proof.Holds())
     {
         return asGiven;
@@ -139,8 +141,8 @@ Arc ProvenOrInOwnAxes(const Arc& asGiven, bool isSouth, const Sink& sink, Row& r
     {
         params->startAzimuth = axes.Out(params->startAzimuth);
         params->endAzimuth = axes.Out(params->endAzimuth);
-        const Arc own = ArcOf(asGiven.definition, *params, axes, isSouth);
-        if (Prove(own, isSouth).Holds())
+        const Arc own = ArcOf(asGiven.definition, *params, axes, asGiven.isSouth);
+        if (Prove(own).Holds())
         {
             RemarkOtherForm(proof, "in axes from the start of the arc", sink, row);
             return own;
@@ -239,11 +241,17 @@ void ShowArc(const Arc& arc, const StakeOptions& stakes, bool isMain, Row& row, 
                   hasChainage ? Value(chainage + arc.params.length) : Value()};
     if (misclosure.value_or(0.0) >= END_TOLERANCE)
     {
+        // Each tangent is kept to a unit; where they meet flatly, that moves the end of the arc the more.
+        const double flat = std::fabs(std::sin(arc.alignment.Sweep()));
+        const bool isByUnits = *misclosure < UnitsOver(tangent.value_or(0.0) / std::fmax(flat, ANGLE_UNIT), 4.0);
         row.isProven = false;
-        row.warnings.push_back(fmt::format("the arc does not end in {}, by {} {}: no circle touches both tangents in "
-                                           "the points given; {} only gives the end tangent its place",
-                                           arc.definition.to.id, sink.LengthText(*misclosure),
-                                           UnitSymbol(sink.Options().unit), arc.definition.to.id));
+        row.warnings.push_back(fmt::format("the arc does not end in {}, by {} {}: {}", arc.definition.to.id,
+                                           sink.LengthText(*misclosure), UnitSymbol(sink.Options().unit),
+                                           isByUnits ? "the tangents meet so flatly that the library's angle unit of "
+                                                       "1/16\" leaves that much"
+                                                     : "no circle touches both tangents in the points given; " +
+                                                           arc.definition.to.id +
+                                                           " only gives the end tangent its place"));
     }
     else if (std::abs(arc.params.centralAngle) >= ANGLE_FULL_CIRCLE - 1)
     {
@@ -316,10 +324,13 @@ int32_t CalculateReversed(const Arc& arc, const PointRecord& point, ArcCalcResul
 {
     ArcDefinition reversed;
     reversed.kind = ArcDefinition::Kind::RADIUS_AND_LENGTH;
-    const FigurePlace end = arc.End();
-    reversed.from.point = {end.northing, end.easting, 0.0, POINT_HAS_PLAN};
     reversed.startAzimuth = WithinCircle(WithinCircle(arc.params.endAzimuth) + ANGLE_HALF_CIRCLE);
     reversed.radius = -arc.params.radius;
+    // So that it has the same centre, although its tangent is one of whole units.
+    const FigurePlace centre = arc.alignment.Centre();
+    const PlanVector right = TurnedRight(DirectionOfAzimuth(reversed.startAzimuth, arc.isSouth));
+    reversed.from.point = {centre.northing - reversed.radius * right.north,
+                           centre.easting - reversed.radius * right.east, 0.0, POINT_HAS_PLAN};
     reversed.length = arc.params.length;
     const int32_t status = CalculateOnOther(arc, reversed, arc.axes, point, result);
     result.along = arc.params.length - result.along;
@@ -497,8 +508,7 @@ void RunArc(const ArcOptions& options, Inputs& inputs, Sink& sink)
                    row, sink);
         return;
     }
-    const bool isSouth = options.instrument.isSouthAzimuth;
-    const Arc arc = ProvenOrInOwnAxes(ArcOf(definition, *params, ArcAxes(), isSouth), isSouth, sink, row);
+    const Arc arc = ProvenOrInOwnAxes(ArcOf(definition, *params, ArcAxes(), options.instrument.isSouthAzimuth), sink, row);
     ShowArc(arc, options.stakes, !hasPoints, row, sink);
     StakeFigure stakeFigure(sink, arc.alignment, startChainage);
     if (FigureWriter* const figure = stakeFigure.Begin("Stake-out along an arc"))
