@@ -126,8 +126,8 @@ TEST(FindCrossings, FindsTheSameAsAnEveryPairSearch)
         const size_t count = 4 + generator() % 6;
         for (size_t i = 0; i < count; ++i)
         {
-            corners.push_back({static_cast<double>(generator() % 100003) * 0.01,
-                               static_cast<double>(generator() % 100003) * 0.01});
+            corners.push_back(
+                {static_cast<double>(generator() % 100003) * 0.01, static_cast<double>(generator() % 100003) * 0.01});
         }
         size_t expected = 0;
         for (size_t i = 0; i < count; ++i)

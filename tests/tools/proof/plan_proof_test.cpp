@@ -84,8 +84,7 @@ TEST(PlanProof, SeesAWrongForwardAndOffset)
         end.height += 0.01 * PlanDistance(from, end);
         ASSERT_EQ(QCogoOffsetToCoord(&from, &end, chainage, offset, &result), QSTD_OK);
         ASSERT_TRUE(ProveOffset(from, end, chainage, offset, result).Holds());
-        ASSERT_FALSE(
-            ProveOffset(from, end, chainage, offset, Shifted(result, chance.Direction(), PLANTED)).Holds());
+        ASSERT_FALSE(ProveOffset(from, end, chainage, offset, Shifted(result, chance.Direction(), PLANTED)).Holds());
         ASSERT_FALSE(ProveOffset(from, end, chainage, offset, Shifted(result, 0.0, 0.0, -PLANTED)).Holds());
     }
 }

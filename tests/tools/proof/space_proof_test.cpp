@@ -134,9 +134,8 @@ TEST(SpaceProof, SeesAPointOffAVerticalPlane)
     const PointRecord second = Point(110, 210, 12);
     const SpaceSight sight = {{90, 200, 11}, {0, -1}, std::atan2(2.0, 1.0)};
     const double along = -10.0 * std::sqrt(2.0);
-    ExpectOnlyAt(Point(90, 190, 16), [&](const PointRecord& point) {
-        return ProveVerticalPlane(first, second, sight, point, along, 6.0);
-    });
+    ExpectOnlyAt(Point(90, 190, 16),
+                 [&](const PointRecord& point) { return ProveVerticalPlane(first, second, sight, point, along, 6.0); });
     EXPECT_FALSE(ProveVerticalPlane(first, second, sight, Point(90, 190, 16), -along, 6.0).Holds());
     EXPECT_FALSE(ProveVerticalPlane(first, second, sight, Point(90, 190, 16), along, 5.99).Holds());
 }

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -229,4 +230,55 @@ TEST_F(SinkTest, PrintsThousandthsWithTheirSign)
               "  less nominal     ratio  n\n"
               "          +1.5  0.250000  7\n"
               "          -2.1  0.500000  8\n");
+}
+
+TEST_F(SinkTest, TellsWarningsInEveryForm)
+{
+    const auto fill = [](Sink& target) {
+        target.Begin(RECORD);
+        qstd::Row row = {{std::string("A"), 100.0}, QSTD_OK, true, "a remark"};
+        row.warnings = {"it lies far away", "check it"};
+        target.Add(row);
+    };
+    EXPECT_EQ(Written(fill), "  length  100.0000  m\n"
+                             "  Note: a remark\n"
+                             "  Warning: it lies far away\n"
+                             "  Warning: check it\n");
+    EXPECT_FALSE(sink->HasFailures());
+    EXPECT_EQ(sink->Messages(), "");
+    options.format = OutputFormat::JSON;
+    const nlohmann::json object = nlohmann::json::parse(Written(fill));
+    EXPECT_EQ(object["remark"], "a remark");
+    EXPECT_EQ(object["warnings"], (nlohmann::json{"it lies far away", "check it"}));
+    EXPECT_EQ(sink->Messages(), "qstd: verb: warning: A: it lies far away\nqstd: verb: warning: A: check it\n");
+    options.format = OutputFormat::CSV;
+    EXPECT_THAT(Written(fill), HasSubstr(",QSTD_OK,\"a remark; Warning: it lies far away; Warning: check it\"\n"));
+}
+
+TEST_F(SinkTest, KeepsTheWarningsOfALongListShort)
+{
+    options.format = OutputFormat::JSON;
+    Written([](Sink& target) {
+        target.Begin(LIST);
+        qstd::Row row = {{std::string("P")}, QSTD_OK, true, ""};
+        row.warnings = {"it lies far away"};
+        for (int i = 0; i < 25; ++i)
+        {
+            target.Add(row);
+        }
+    });
+    const std::string messages = sink->Messages();
+    EXPECT_EQ(std::count(messages.begin(), messages.end(), '\n'), 21);
+    EXPECT_THAT(messages, testing::EndsWith("qstd: verb: 5 more warnings not shown\n"));
+}
+
+TEST_F(SinkTest, EndsWithFailuresWhereAResultIsNotProven)
+{
+    qstd::Row row = {{std::string("P")}, QSTD_OK, true, ""};
+    row.isProven = false;
+    Written([&row](Sink& target) {
+        target.Begin(LIST);
+        target.Add(row);
+    });
+    EXPECT_TRUE(sink->HasFailures());
 }

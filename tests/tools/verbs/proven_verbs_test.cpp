@@ -61,8 +61,8 @@ TEST(ProvenVerbs, InverseAndDistanceOfAnyTwoPoints)
     for (int i = 0; i < CALLS; ++i)
     {
         const auto [first, second] = Ends(chance);
-        ASSERT_TRUE(EndsWell(RunInverse, {InSpace(first), InSpace(second), {}})) << InSpace(first) << ' '
-                                                                                << InSpace(second);
+        ASSERT_TRUE(EndsWell(RunInverse, {InSpace(first), InSpace(second), {}}))
+            << InSpace(first) << ' ' << InSpace(second);
         RemoteDistanceOptions distance;
         distance.points = {InSpace(first), InSpace(second)};
         ASSERT_TRUE(EndsWell(RunRemoteDistance, distance)) << InSpace(first) << ' ' << InSpace(second);
@@ -75,8 +75,11 @@ TEST(ProvenVerbs, ForwardInAnyDirection)
     for (int i = 0; i < CALLS; ++i)
     {
         const double distance = chance.Sign() * chance.Length();
-        ForwardOptions options = {InSpace(chance.Anywhere()), Angle(chance.Direction()), Number(distance),
-                                  Number(Rise(chance, distance)), {}};
+        ForwardOptions options = {InSpace(chance.Anywhere()),
+                                  Angle(chance.Direction()),
+                                  Number(distance),
+                                  Number(Rise(chance, distance)),
+                                  {}};
         options.instrument.isSouthAzimuth = chance.OneIn(4);
         ASSERT_TRUE(EndsWell(RunForward, options)) << options.from << ' ' << options.azimuth << ' ' << options.distance;
     }
@@ -183,9 +186,10 @@ TEST(ProvenVerbs, IntersectionOfAnyTwoCircles)
         const double radius = apart * chance.Sized(0.51, 1e3);
         const double other = radius + apart * chance.Between(-0.9, 0.9);
         IntersectOptions options;
-        options.circles = {{InPlan(first), Number(radius)}, {InPlan(second), Number(std::max(other, 1.01 * apart - radius))}};
-        ASSERT_TRUE(EndsWell(RunIntersect, options)) << InPlan(first) << ' ' << Number(radius) << ' ' << InPlan(second)
-                                                     << ' ' << options.circles[1].second;
+        options.circles = {{InPlan(first), Number(radius)},
+                           {InPlan(second), Number(std::max(other, 1.01 * apart - radius))}};
+        ASSERT_TRUE(EndsWell(RunIntersect, options))
+            << InPlan(first) << ' ' << Number(radius) << ' ' << InPlan(second) << ' ' << options.circles[1].second;
     }
 }
 
@@ -229,8 +233,8 @@ TEST(ProvenVerbs, StakeOutAlongAnyLine)
         options.first = InSpace(first);
         options.second = InSpace(second);
         options.stakes.points = {InSpace(Moved(first, chance.Direction(), chance.Length()))};
-        ASSERT_TRUE(EndsWell(RunLine, options)) << options.first << ' ' << options.second << ' '
-                                                << options.stakes.points[0];
+        ASSERT_TRUE(EndsWell(RunLine, options))
+            << options.first << ' ' << options.second << ' ' << options.stakes.points[0];
     }
 }
 
@@ -272,8 +276,8 @@ TEST(ProvenVerbs, ArcOverAnyMeetingOfTangents)
         options.via = InSpace(via);
         options.to = InSpace(Moved(via, direction + turn, tangent, Rise(chance, tangent)));
         options.stakes.points = {InSpace(Moved(via, chance.Between(0.0, 2.0 * PI), tangent))};
-        ASSERT_TRUE(EndsWell(RunArc, options)) << options.from << " via " << options.via << " to " << options.to
-                                               << " point " << options.stakes.points[0];
+        ASSERT_TRUE(EndsWell(RunArc, options))
+            << options.from << " via " << options.via << " to " << options.to << " point " << options.stakes.points[0];
     }
 }
 
@@ -288,7 +292,8 @@ TEST(ProvenVerbs, SightsOntoAnyPlane)
         const double aside = chance.Sign() * PI / 2.0;
         const Place station = Moved(first, direction + aside, size * chance.Between(1.0, 20.0), Rise(chance, size));
         const Place second = Moved(first, direction, size * chance.Between(0.5, 1.5), Rise(chance, size));
-        const Place third = Moved(first, direction + chance.Between(-1.0, 1.0), size * 0.1, size * chance.Between(0.8, 2.0));
+        const Place third =
+            Moved(first, direction + chance.Between(-1.0, 1.0), size * 0.1, size * chance.Between(0.8, 2.0));
         PlaneOptions options;
         options.first = InSpace(first);
         options.second = InSpace(second);
@@ -301,9 +306,9 @@ TEST(ProvenVerbs, SightsOntoAnyPlane)
         options.sights = {Angle(towards) + "," + Angle(PI / 2.0 + chance.Between(-0.2, 0.2))};
         Messages messages;
         Inputs inputs("", std::nullopt, messages);
-        ASSERT_TRUE(EndsWell(RunPlane, options)) << options.first << ' ' << options.second << ' ' << options.third
-                                                 << " station " << options.instrument.station << ' '
-                                                 << options.sights[0] << (options.isInclined ? " inclined" : "");
+        ASSERT_TRUE(EndsWell(RunPlane, options))
+            << options.first << ' ' << options.second << ' ' << options.third << " station "
+            << options.instrument.station << ' ' << options.sights[0] << (options.isInclined ? " inclined" : "");
     }
 }
 
@@ -336,10 +341,12 @@ TEST(ProvenVerbs, AnySlope)
         SlopeOptions options;
         options.base = InSpace(base);
         options.design = {Number(side * start) + "," + Number(base.height),
-                          Number(side * (start + run)) + "," + Number(base.height + chance.Sign() * chance.Sized(1e-2, 1e2))};
-        options.points = {InSpace(Moved(base, chance.Direction(), chance.Sized(1e-2, 1e4), chance.Between(-10.0, 10.0)))};
-        ASSERT_TRUE(EndsWell(RunSlope, options)) << options.base << " design " << options.design[0] << ' '
-                                                 << options.design[1] << ' ' << options.points[0];
+                          Number(side * (start + run)) + "," +
+                              Number(base.height + chance.Sign() * chance.Sized(1e-2, 1e2))};
+        options.points = {
+            InSpace(Moved(base, chance.Direction(), chance.Sized(1e-2, 1e4), chance.Between(-10.0, 10.0)))};
+        ASSERT_TRUE(EndsWell(RunSlope, options))
+            << options.base << " design " << options.design[0] << ' ' << options.design[1] << ' ' << options.points[0];
     }
 }
 
@@ -400,15 +407,15 @@ TEST(ProvenVerbs, AnyColumn)
         // The face is met at the middle but for a quarter of the opening.
         const double half = std::asin(radius / distance);
         const double aside = half * chance.Between(-0.5, 0.5);
-        const double face = distance * std::cos(aside) -
-                            std::sqrt(radius * radius - std::pow(distance * std::sin(aside), 2.0));
+        const double face =
+            distance * std::cos(aside) - std::sqrt(radius * radius - std::pow(distance * std::sin(aside), 2.0));
         ColumnOptions options;
         options.face = Angle(centre + aside) + ",90d," + Number(face);
         options.leftEdge = Angle(centre - half);
         options.rightEdge = Angle(centre + half);
         options.instrument.station = InSpace(chance.Anywhere());
-        ASSERT_TRUE(EndsWell(RunColumn, options)) << options.face << ' ' << options.leftEdge << ' '
-                                                  << options.rightEdge << ' ' << options.instrument.station;
+        ASSERT_TRUE(EndsWell(RunColumn, options))
+            << options.face << ' ' << options.leftEdge << ' ' << options.rightEdge << ' ' << options.instrument.station;
     }
 }
 

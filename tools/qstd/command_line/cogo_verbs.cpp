@@ -126,8 +126,7 @@ void AddArea(CommandLine& commandLine)
          "Area and perimeter of the polygon with the named corners, in their order, either way round; the first one is "
          "not repeated at the end. When none is named, all points of the table are the corners, in its order. There "
          "may be 32767 of them. Points of a table without northing and easting are left out; a named one is refused. "
-         "Sides must not cross: the areas on "
-         "either side of a crossing would be subtracted from each other.",
+         "A boundary that crosses itself has no area: the sides that cross are named. Sides may touch.",
          {{"A field with four corners", "qstd area 0,0 0,50 30,60 30,10",
            "Area 0,0 - 0,50 - 30,60 - 30,10\n"
            "\n"
@@ -160,7 +159,9 @@ VerbText IntersectText()
         "Takes two of --line and --circle, in any combination. A line goes on beyond its points.\n\n"
         "Of a line and a circle, solution 1 has the smaller northing (the smaller easting where the line runs east "
         "or west), solution 2 the larger. Of two circles, seen from the first centre towards the second, solution 1 "
-        "lies to the right, solution 2 to the left.",
+        "lies to the right, solution 2 to the left.\n\n"
+        "Each solution is held against both figures. Where the library's slope and intercept lose too much, it is "
+        "computed in axes along the lines, and the remark says so.",
         {{"Two distances measured from two known points", "qstd intersect --circle 0,0 5 --circle 0,8 5",
           "Intersection of circle around 0,0, radius 5.0000 and circle around 0,8, radius 5.0000\n"
           "\n"
@@ -204,8 +205,9 @@ void AddFoot(CommandLine& commandLine)
          "offset, to the right where positive; distance and azimuth from the point to the foot. A point on the line "
          "has no such azimuth.\n\n"
          "The height is that of A, or of B where B alone has one, or interpolated where both have. The library "
-         "interpolates along "
-         "the northing, so a line that runs exactly east or west gives none.",
+         "interpolates along the northing; where that gives none or a wrong one, on a line that runs nearly east or "
+         "west, "
+         "the foot is computed in axes along the line, and the remark says so.",
          {{"A point beside a line", "qstd foot 30,45 --line 0,0,10 40,30,20",
            "Foot of 30,45 on 0,0,10 - 40,30,20\n"
            "\n"
@@ -233,8 +235,8 @@ VerbText TransferText()
         "A line turned about its first point and shifted sideways",
         "The line is first turned about A by the rotation, then shifted to the right of its new direction by the "
         "offset; a negative offset shifts it to the left.\n\n"
-        "Give the line by two points where it is shifted: a line by azimuth is shifted by the library along an "
-        "azimuth that is mostly 45.4 degrees off the right angle, and the verb then says where it came to lie. "
+        "A line by azimuth is shifted by the library along an azimuth that is mostly 45.4 degrees off the right angle; "
+        "the line is then handed over by a second point, and the remark says so. "
         "CSV and JSON hold in library_azimuth the library's integer as it stands, which is not brought within the "
         "circle; azimuth is the direction of the new line.",
         {{"Turned by a quarter circle, then 2 m to the right", "qstd transfer --line 0,0 10,0 --rotate 90d --offset 2",

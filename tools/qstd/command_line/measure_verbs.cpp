@@ -21,7 +21,8 @@ const char* const MEASURED = "POINT|HZ,V,SD";
 const char* const MEASURED_POINTS =
     "A point is a name of --points, coordinates N,E or N,E,H or, with --station and --orientation, a sight HZ,V,SD: "
     "circle reading, zenith reading and slope distance, the angles in a form that says itself, such as "
-    "123-45-10,88-30-00,25.480.";
+    "123-45-10,88-30-00,25.480. With --station and --angle three plain numbers could be either and are refused; "
+    "N=10,E=99,H=30 are coordinates.";
 
 void AddTargetHeight(Verb& verb, std::string& targetHeight, const std::string& help)
 {
@@ -40,7 +41,8 @@ void AddRem(CommandLine& commandLine)
          "The base is a sight HZ,V,SD or, with --station and --orientation, a point with a height, that the instrument "
          "would sight from there. Heights count from the base; with --target-height from the ground below its "
          "reflector. Every height is that at the horizontal distance of the base, also where the sight is turned to "
-         "the side. Where the station or the base has a height, the heights of the points are given too. There is no "
+         "the side; a warning then says by how much the height at the offset differs. Where the station or the base "
+         "has a height, the heights of the points are given too. There is no "
          "figure of them.",
          {{"A cable above a reflector 1.6 m above the ground, 40 m away",
            "qstd rem 10-00-00,90-00-00,40 10-00-00,80-00-00 --target-height 1.6",

@@ -189,7 +189,8 @@ std::optional<KnownPoint> Inputs::FindPoint(const std::string& text)
     }
     if (IsNameGiven(text))
     {
-        const KnownPoint* const named = Points().Find(std::string(Trim(std::string_view(text).substr(NAME_SIGN.size()))));
+        const KnownPoint* const named =
+            Points().Find(std::string(Trim(std::string_view(text).substr(NAME_SIGN.size()))));
         return named == nullptr ? std::nullopt : std::optional(*named);
     }
     if (text.find(',') != std::string::npos)

@@ -135,9 +135,9 @@ std::vector<Crossing> Boundary::Find(size_t most) const
     std::vector<Side> open;
     for (const Side& side : Sorted())
     {
-        open.erase(std::remove_if(open.begin(), open.end(),
-                                  [&side](const Side& other) { return other.to < side.from; }),
-                   open.end());
+        open.erase(
+            std::remove_if(open.begin(), open.end(), [&side](const Side& other) { return other.to < side.from; }),
+            open.end());
         for (const Side& other : open)
         {
             if (other.low > side.high || other.high < side.low)

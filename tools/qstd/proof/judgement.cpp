@@ -48,10 +48,10 @@ void QuestionFar(const std::string& what, double away, double extent, const Sink
 {
     if (extent > 0.0 && away > FAR * extent)
     {
-        row.warnings.push_back(fmt::format("{} lies {} {} away, {:.0f} times the extent of what it comes from; check the "
-                                           "input",
-                                           what, sink.LengthText(away), UnitSymbol(sink.Options().unit),
-                                           away / extent));
+        row.warnings.push_back(
+            fmt::format("{} lies {} {} away, {:.0f} times the extent of what it comes from; check the "
+                        "input",
+                        what, sink.LengthText(away), UnitSymbol(sink.Options().unit), away / extent));
     }
 }
 

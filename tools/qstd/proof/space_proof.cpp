@@ -218,8 +218,7 @@ Proof ProveColumn(const PlanVector& station, const std::array<PlanVector, 2>& ed
     return proof;
 }
 
-Proof ProveEdge(const PointRecord& first, const PointRecord& second, const SpaceSight& sight,
-                const PointRecord& target)
+Proof ProveEdge(const PointRecord& first, const PointRecord& second, const SpaceSight& sight, const PointRecord& target)
 {
     Proof proof;
     const Space place = SpaceOf(target);

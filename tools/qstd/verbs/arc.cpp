@@ -47,7 +47,7 @@ struct Arc
     ArcParams params;
     double startAzimuth; /**< radians from north */
     Alignment alignment;
-    ArcAxes axes; /**< in which the library keeps the arc */
+    ArcAxes axes;    /**< in which the library keeps the arc */
     StakeArc proven; /**< the same for the proofs */
     bool isSouth;
 
@@ -92,12 +92,9 @@ struct Arc
 Arc ArcOf(const ArcDefinition& definition, const ArcParams& params, const ArcAxes& axes, bool isSouth)
 {
     const double azimuth = RadiansOf(WithinCircle(params.startAzimuth)) + (isSouth ? PI : 0.0);
-    return {definition,
-            params,
-            azimuth,
-            Alignment(definition.from.point, azimuth, params.length, params.radius),
-            axes,
-            {PlanOf(definition.from.point), azimuth, params.radius, params.length},
+    return {definition, params,
+            azimuth,    Alignment(definition.from.point, azimuth, params.length, params.radius),
+            axes,       {PlanOf(definition.from.point), azimuth, params.radius, params.length},
             isSouth};
 }
 
@@ -247,11 +244,11 @@ void ShowArc(const Arc& arc, const StakeOptions& stakes, bool isMain, Row& row, 
         row.isProven = false;
         row.warnings.push_back(fmt::format("the arc does not end in {}, by {} {}: {}", arc.definition.to.id,
                                            sink.LengthText(*misclosure), UnitSymbol(sink.Options().unit),
-                                           isByUnits ? "the tangents meet so flatly that the library's angle unit of "
-                                                       "1/16\" leaves that much"
-                                                     : "no circle touches both tangents in the points given; " +
-                                                           arc.definition.to.id +
-                                                           " only gives the end tangent its place"));
+                                           isByUnits
+                                               ? "the tangents meet so flatly that the library's angle unit of "
+                                                 "1/16\" leaves that much"
+                                               : "no circle touches both tangents in the points given; " +
+                                                     arc.definition.to.id + " only gives the end tangent its place"));
     }
     else if (std::abs(arc.params.centralAngle) >= ANGLE_FULL_CIRCLE - 1)
     {
@@ -503,12 +500,11 @@ void RunArc(const ArcOptions& options, Inputs& inputs, Sink& sink)
     const std::optional<ArcParams> params = DefineArc(definition, row);
     if (!params)
     {
-        AddRefusal(hasPoints ? POINT_SECTION
-                             : ArcSection(ArcOf(definition, {}, {}, false), true),
-                   row, sink);
+        AddRefusal(hasPoints ? POINT_SECTION : ArcSection(ArcOf(definition, {}, {}, false), true), row, sink);
         return;
     }
-    const Arc arc = ProvenOrInOwnAxes(ArcOf(definition, *params, ArcAxes(), options.instrument.isSouthAzimuth), sink, row);
+    const Arc arc =
+        ProvenOrInOwnAxes(ArcOf(definition, *params, ArcAxes(), options.instrument.isSouthAzimuth), sink, row);
     ShowArc(arc, options.stakes, !hasPoints, row, sink);
     StakeFigure stakeFigure(sink, arc.alignment, startChainage);
     if (FigureWriter* const figure = stakeFigure.Begin("Stake-out along an arc"))

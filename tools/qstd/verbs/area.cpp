@@ -146,13 +146,15 @@ double ProvenArea(const std::vector<KnownPoint>& corners, const Sink& sink, Row&
     {
         return asGiven;
     }
-    const std::string miss = fmt::format("{:.6g} {}", std::fabs(asGiven - counted.area), AreaSymbol(sink.Options().unit));
+    const std::string miss =
+        fmt::format("{:.6g} {}", std::fabs(asGiven - counted.area), AreaSymbol(sink.Options().unit));
     const double fromFirst = Area(corners, PlanOf(corners.front().point));
     if (std::fabs(fromFirst - counted.area) <= counted.allowed)
     {
-        AddRemark(fmt::format("computed with coordinates from the first corner; without that the library's area is off by {}",
-                              miss),
-                  row);
+        AddRemark(
+            fmt::format("computed with coordinates from the first corner; without that the library's area is off by {}",
+                        miss),
+            row);
         return fromFirst;
     }
     row.isProven = false;

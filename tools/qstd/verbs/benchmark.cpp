@@ -182,8 +182,8 @@ void RequireHeightByZenith(const BenchmarkSight& sight, const InstrumentOptions&
     constexpr double EARTH_RADIUS = 6370000.0;
     const double earth = FromMetres(EARTH_RADIUS, unit);
     const double scale = instrument.scale.value_or(1.0);
-    const double level = (scale != 0.0 ? ReachOf(sight) / scale : ReachOf(sight)) *
-                         (1.0 + instrument.seaLevel.value_or(0.0) / earth);
+    const double level =
+        (scale != 0.0 ? ReachOf(sight) / scale : ReachOf(sight)) * (1.0 + instrument.seaLevel.value_or(0.0) / earth);
     const double zenith = RadiansOf(*sight.zenith);
     const double slope = level / std::sin(zenith);
     // Curvature and refraction are not computed again: both corrections together are below this.
@@ -192,10 +192,10 @@ void RequireHeightByZenith(const BenchmarkSight& sight, const InstrumentOptions&
     const PointRecord& target = sight.benchmark.point;
     // The library solves a small network for it, whose station ends within a hundredth of a millimetre.
     constexpr double MOVED = 1e-5;
-    proof.Require("the height does not lead back to the benchmark, by",
-                  height + climb - (target.height + sight.targetHeight),
-                  bent + RoundingOf(std::fabs(climb) + std::fabs(target.height)) +
-                      std::fabs(climb / level) * (MOVED + RoundingOf(SizeOf({PlanOf(*sight.standing), PlanOf(target)}))));
+    proof.Require(
+        "the height does not lead back to the benchmark, by", height + climb - (target.height + sight.targetHeight),
+        bent + RoundingOf(std::fabs(climb) + std::fabs(target.height)) +
+            std::fabs(climb / level) * (MOVED + RoundingOf(SizeOf({PlanOf(*sight.standing), PlanOf(target)}))));
 }
 
 /** The axis, moved by the sight, is the reflector above the benchmark. */
@@ -381,9 +381,10 @@ void QuestionSpread(double spread, double farthest, const Sink& sink, Row& row)
     constexpr double OF_ZENITH = 20.0 * 16.0; // 20 seconds
     if (spread > OF_HEIGHTS + UnitsOver(farthest, OF_ZENITH))
     {
-        row.warnings.push_back(fmt::format("the heights differ by {} {}; check the benchmarks, the reflector heights and "
-                                           "the zenith angles",
-                                           sink.LengthText(spread), UnitSymbol(sink.Options().unit)));
+        row.warnings.push_back(
+            fmt::format("the heights differ by {} {}; check the benchmarks, the reflector heights and "
+                        "the zenith angles",
+                        sink.LengthText(spread), UnitSymbol(sink.Options().unit)));
     }
 }
 
@@ -430,8 +431,8 @@ void RunBook(const BenchmarkOptions& options, Inputs& inputs, Sink& sink)
     size_t others = 0;
     for (const SetUp& setUp : setUps)
     {
-        others += ForEachBenchmark(setUp, points,
-                                   [&](const BenchmarkSight& sight) { sink.Add(RowOf(sight, options.instrument, sink)); });
+        others += ForEachBenchmark(
+            setUp, points, [&](const BenchmarkSight& sight) { sink.Add(RowOf(sight, options.instrument, sink)); });
     }
     sink.Begin(MEAN_SECTION);
     for (const SetUp& setUp : setUps)

@@ -110,10 +110,9 @@ std::string Remark(int32_t status)
 Proof Prove(const ColumnSights& sights, const Found& found, const Standing& standing)
 {
     const auto direction = [](double azimuth) { return PlanVector{std::cos(azimuth), std::sin(azimuth)}; };
-    Proof proof = ProveColumn(PlanOf(standing.instrument.station),
-                              {direction(sights.leftDirection), direction(sights.rightDirection)},
-                              direction(sights.faceDirection), sights.face.secondDistance, PlanOf(found.centre),
-                              found.radius);
+    Proof proof = ProveColumn(
+        PlanOf(standing.instrument.station), {direction(sights.leftDirection), direction(sights.rightDirection)},
+        direction(sights.faceDirection), sights.face.secondDistance, PlanOf(found.centre), found.radius);
     RequireExpected(standing, found.expected, found.centre, 0.0, proof);
     return proof;
 }

@@ -97,8 +97,8 @@ void Meet(const PointRecord& first, const PointRecord& second, const AngleSight&
 
 Proof Prove(const Edge& edge, const AngleSight& sight, const Standing& standing, const Found& found)
 {
-    Proof proof = ProveEdge(edge.first.point, edge.second.point, ProvenSight(standing, sight.circle, sight.zenith),
-                            found.target);
+    Proof proof =
+        ProveEdge(edge.first.point, edge.second.point, ProvenSight(standing, sight.circle, sight.zenith), found.target);
     RequireExpected(standing, found.expected, found.target, 0.0, proof);
     return proof;
 }

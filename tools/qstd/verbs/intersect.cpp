@@ -133,8 +133,8 @@ Solutions OfLines(const PlanLine& first, const PlanLine& second)
 std::string PassesText(const PlanLine& line, const Circle& circle, bool isSouth, const Sink& sink)
 {
     const double distance = std::fabs(PlaceOnLine(line.definition, circle.centre.point, isSouth).offset);
-    return fmt::format("the line passes {} from the centre, outside the circle of radius {}",
-                       sink.LengthText(distance), sink.LengthText(circle.radius));
+    return fmt::format("the line passes {} from the centre, outside the circle of radius {}", sink.LengthText(distance),
+                       sink.LengthText(circle.radius));
 }
 
 /** In which order the library gives the two points. */
@@ -313,8 +313,8 @@ void ProveOrTakeOtherForm(const Curves& curves, bool isSouth, const Sink& sink, 
     }
     if (!curves.lines.empty())
     {
-        Solutions other = curves.circles.empty() ? OfLinesInOwnAxes(curves, isSouth)
-                                                 : OfLineAndCircleInOwnAxes(curves, isSouth);
+        Solutions other =
+            curves.circles.empty() ? OfLinesInOwnAxes(curves, isSouth) : OfLineAndCircleInOwnAxes(curves, isSouth);
         if (Prove(curves, other, isSouth).Holds())
         {
             if (other.count == 0)

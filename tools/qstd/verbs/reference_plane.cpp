@@ -153,9 +153,8 @@ int32_t Define(const ReferencePlane& plane)
 int32_t Meet(const ReferencePlane& plane, const AngleSight& sight, PlanePlace& place)
 {
     const AngleUnit azimuth = WithinCircle(sight.circle + plane.orientation);
-    return (plane.IsInSpace() ? QREFCalc3PtPlane : QREFCalc2PtPlane)(azimuth, sight.zenith, &plane.station.point,
-                                                                     plane.instrumentHeight, &place.point,
-                                                                     &place.along, &place.across);
+    return (plane.IsInSpace() ? QREFCalc3PtPlane : QREFCalc2PtPlane)(
+        azimuth, sight.zenith, &plane.station.point, plane.instrumentHeight, &place.point, &place.along, &place.across);
 }
 
 /**

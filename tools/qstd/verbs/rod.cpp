@@ -52,8 +52,7 @@ void QuestionSpacing(double measured, double nominal, const Sink& sink, Row& row
     if (nominal != 0.0 && std::fabs(difference) > MOST)
     {
         row.warnings.push_back(fmt::format("the prisms were measured {} {} {} than they are made; check both sights",
-                                           sink.LengthText(std::fabs(difference)),
-                                           UnitSymbol(sink.Options().unit),
+                                           sink.LengthText(std::fabs(difference)), UnitSymbol(sink.Options().unit),
                                            difference > 0.0 ? "farther apart" : "closer together"));
     }
 }

@@ -143,8 +143,8 @@ SpaceSight ProvenSight(const Standing& standing, AngleUnit circle, AngleUnit zen
     return sight;
 }
 
-void RequireExpected(const Standing& standing, const SightRecord& sight, const PointRecord& target,
-                     double targetHeight, Proof& proof)
+void RequireExpected(const Standing& standing, const SightRecord& sight, const PointRecord& target, double targetHeight,
+                     Proof& proof)
 {
     if (!standing.hasStation || sight.distance == 0.0)
     {

@@ -59,8 +59,8 @@ bool HasHeight(const KnownPoint& point);
 SpaceSight ProvenSight(const Standing& standing, AngleUnit circle, AngleUnit zenith);
 
 /** The sight that the instrument is expected to read leads to the point; nothing is required without a station. */
-void RequireExpected(const Standing& standing, const SightRecord& sight, const PointRecord& target,
-                     double targetHeight, Proof& proof);
+void RequireExpected(const Standing& standing, const SightRecord& sight, const PointRecord& target, double targetHeight,
+                     Proof& proof);
 
 /** The largest distance between two of the points, the station among them where there is one. */
 double ExtentOf(const std::vector<PointRecord>& points, const Standing& standing);

@@ -1,8 +1,8 @@
 #include "verbs/transfer.h"
 
-#include "text/angle_text.h"
 #include "proof/judgement.h"
 #include "proof/plan_proof.h"
+#include "text/angle_text.h"
 #include "text/outcome.h"
 #include "text/status_name.h"
 #include "text/text.h"
@@ -158,8 +158,7 @@ Row Compute(const Transfer& transfer, Transferred& result, const Sink& sink)
                                          RealValue(first.northing), RealValue(first.easting), HeightOf(first)});
     if (transfer.line.IsByPoints())
     {
-        row.values.insert(row.values.end(),
-                          {RealValue(second.northing), RealValue(second.easting), HeightOf(second)});
+        row.values.insert(row.values.end(), {RealValue(second.northing), RealValue(second.easting), HeightOf(second)});
         QuestionFar("the line", std::fabs(transfer.offset), PlanDistance(given.first, given.second), sink, row);
     }
     return row;

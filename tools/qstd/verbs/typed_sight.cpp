@@ -66,10 +66,11 @@ void RequireOneMeaning(const std::string& text, const Inputs& inputs)
     };
     if (isBareAngle(parts[0]) && isBareAngle(parts[1]) && distance && *distance > 0.0)
     {
-        throw WrongUse(fmt::format("{}: with --angle, a sight HZ,V,SD as well as coordinates N,E,H; write {},{},{} for the "
-                                   "sight, or N={},E={},H={} for the coordinates",
-                                   Quoted(text), WithForm(parts[0], *form), WithForm(parts[1], *form), parts[2],
-                                   parts[0], parts[1], parts[2]));
+        throw WrongUse(
+            fmt::format("{}: with --angle, a sight HZ,V,SD as well as coordinates N,E,H; write {},{},{} for the "
+                        "sight, or N={},E={},H={} for the coordinates",
+                        Quoted(text), WithForm(parts[0], *form), WithForm(parts[1], *form), parts[2], parts[0],
+                        parts[1], parts[2]));
     }
 }
 
