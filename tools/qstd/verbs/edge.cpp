@@ -33,7 +33,6 @@ struct Found
     SightRecord expected = {};
     PointRecord target = {};
     PointRecord onPlane = {};
-    Row verdict; /**< of the proof: remark and warnings */
 };
 
 Section SectionOf(bool isSingle, const Standing& standing)
@@ -77,7 +76,6 @@ void CheckPlane(const AngleSight& sight, const Standing& standing, Found& found)
     {
         found.status = QSTD_DEGENERATE;
         found.remark = "the sight is vertical or runs parallel to the edge, and meets it nowhere";
-        found.verdict = Row();
         return;
     }
     const FaceOneSight faceOne = InFaceOne(sight.circle, sight.zenith);
@@ -85,14 +83,6 @@ void CheckPlane(const AngleSight& sight, const Standing& standing, Found& found)
     {
         found.remark = "the point lies behind the instrument; check the circle reading and the orientation";
     }
-}
-
-void Meet(const PointRecord& first, const PointRecord& second, const AngleSight& sight, const Standing& standing,
-          Found& found)
-{
-    found.status = QCalcOfsLineHA(&first, &second, AzimuthOfReading(standing, sight.circle), sight.zenith,
-                                  &standing.instrument.station, standing.instrument.instrumentHeight, &found.expected,
-                                  &found.target, 0.0);
 }
 
 Proof Prove(const Edge& edge, const AngleSight& sight, const Standing& standing, const Found& found)
@@ -103,29 +93,7 @@ Proof Prove(const Edge& edge, const AngleSight& sight, const Standing& standing,
     return proof;
 }
 
-/**
- * On which side of the second point the sight meets the edge, the library tells by the signs of two products; where the
- * edge runs along a coordinate axis but for rounding, one of them is noise. From the other end the sign is the other.
- */
-void ProveOrSwap(const Edge& edge, const AngleSight& sight, const Standing& standing, const Sink& sink, Found& found)
-{
-    const Proof asGiven = Prove(edge, sight, standing, found);
-    if (asGiven.Holds())
-    {
-        return;
-    }
-    Found other = found;
-    Meet(edge.second.point, edge.first.point, sight, standing, other);
-    if (HasResult(other.status) && Prove(edge, sight, standing, other).Holds())
-    {
-        found = other;
-        RemarkOtherForm(asGiven, "from the other end of the edge", sink, found.verdict);
-        return;
-    }
-    Judge(asGiven, sink, found.verdict);
-}
-
-Found Find(const Edge& edge, const AngleSight& sight, const Standing& standing, const Sink& sink)
+Found Find(const Edge& edge, const AngleSight& sight, const Standing& standing)
 {
     Found found;
     // Of the first point the library takes the height as it stands, known or not.
@@ -138,11 +106,12 @@ Found Find(const Edge& edge, const AngleSight& sight, const Standing& standing, 
             return found;
         }
     }
-    Meet(edge.first.point, edge.second.point, sight, standing, found);
+    found.status = QCalcOfsLineHA(&edge.first.point, &edge.second.point, AzimuthOfReading(standing, sight.circle),
+                                  sight.zenith, &standing.instrument.station, standing.instrument.instrumentHeight,
+                                  &found.expected, &found.target, 0.0);
     found.remark = Remark(found.status);
     if (HasResult(found.status))
     {
-        ProveOrSwap(edge, sight, standing, sink, found);
         CheckPlane(sight, standing, found);
     }
     return found;
@@ -150,13 +119,10 @@ Found Find(const Edge& edge, const AngleSight& sight, const Standing& standing, 
 
 Row RowOf(const Edge& edge, const AngleSight& sight, const Found& found, const Standing& standing, const Sink& sink)
 {
-    Row row = found.verdict;
+    Row row;
     row.status = found.status;
     row.isComputed = HasResult(found.status);
-    if (!found.remark.empty())
-    {
-        AddRemark(found.remark, row);
-    }
+    row.remark = found.remark;
     row.values = {sight.target};
     if (row.isComputed)
     {
@@ -164,6 +130,7 @@ Row RowOf(const Edge& edge, const AngleSight& sight, const Found& found, const S
                                              RealValue(found.target.height)});
         const std::vector<Value> expected = ExpectedValues(standing, found.expected);
         row.values.insert(row.values.end(), expected.begin(), expected.end());
+        Judge(Prove(edge, sight, standing, found), sink, row);
         QuestionFar("the point", PlanDistance(edge.first.point, found.target),
                     ExtentOf({edge.first.point, edge.second.point}, standing), sink, row);
     }
@@ -233,7 +200,7 @@ void RunEdge(const EdgeOptions& options, Inputs& inputs, Sink& sink)
     AngleSight sight;
     for (size_t count = 1; sights.Next(sight); ++count)
     {
-        const Found found = Find(edge, sight, standing, sink);
+        const Found found = Find(edge, sight, standing);
         sink.Add(RowOf(edge, sight, found, standing, sink));
         if (figure != nullptr && HasResult(found.status))
         {

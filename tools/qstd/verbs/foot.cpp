@@ -102,6 +102,11 @@ Row Compute(const PlanLine& line, const KnownPoint& point, bool isSouth, const S
     RequireWayToFoot(point.point, result.foot, distance,
                      hasAzimuth ? std::optional(result.toFoot.azimuth) : std::nullopt, isSouth, way);
     Judge(way, sink, row);
+    if (line.IsByPoints())
+    {
+        QuestionFar("the foot", PlanDistance(line.first.point, result.foot),
+                    PlanDistance(line.first.point, line.second.point), sink, row);
+    }
     row.values.insert(row.values.end(), {RealValue(result.foot.northing), RealValue(result.foot.easting),
                                          HeightOf(result.foot), result.place.chainage, result.place.offset, distance,
                                          hasAzimuth ? AngleOf(result.toFoot.azimuth) : Value()});

@@ -4,7 +4,6 @@
 #include "text/angle_text.h"
 #include "text/status_name.h"
 #include "verbs/arguments.h"
-#include "verbs/own_axes.h"
 #include "verbs/standing.h"
 
 #include <fmt/format.h>
@@ -123,26 +122,6 @@ Proof Prove(const ReferencePlane& plane, const AngleSight& sight, const PlanePla
                               isHeightKnown ? std::optional(place.across) : std::nullopt);
 }
 
-/** All coordinates less those of the first point of the plane. */
-ReferencePlane FromFirst(const ReferencePlane& plane)
-{
-    const OwnAxes axes(PlanOf(plane.first.point));
-    const double height = plane.first.point.height;
-    const auto move = [&axes, height](KnownPoint& point) {
-        point.point = axes.In(point.point);
-        point.point.height -= height;
-    };
-    ReferencePlane moved = plane;
-    move(moved.first);
-    move(moved.second);
-    move(moved.station);
-    if (moved.third)
-    {
-        move(*moved.third);
-    }
-    return moved;
-}
-
 int32_t Define(const ReferencePlane& plane)
 {
     return plane.IsInSpace() ? QREFSet3PtBasePlane(&plane.first.point, &plane.second.point,
@@ -155,37 +134,6 @@ int32_t Meet(const ReferencePlane& plane, const AngleSight& sight, PlanePlace& p
     const AngleUnit azimuth = WithinCircle(sight.circle + plane.orientation);
     return (plane.IsInSpace() ? QREFCalc3PtPlane : QREFCalc2PtPlane)(
         azimuth, sight.zenith, &plane.station.point, plane.instrumentHeight, &place.point, &place.along, &place.across);
-}
-
-/**
- * With coordinates from the first point. Which way distances along a plane in space count, the library tells by the
- * sign of a distance that is 0 but for rounding; from the first point it is 0.
- */
-void ProveOrTakeOtherForm(const ReferencePlane& plane, const AngleSight& sight, const Sink& sink, PlanePlace& place,
-                          Row& row)
-{
-    const Proof asGiven = Prove(plane, sight, place, row.status);
-    if (asGiven.Holds())
-    {
-        return;
-    }
-    const ReferencePlane moved = FromFirst(plane);
-    PlanePlace other;
-    const bool isDefined = HasResult(Define(moved));
-    const bool isMet = isDefined && HasResult(Meet(moved, sight, other)) && other.along != UNDEFINED_REAL;
-    static_cast<void>(Define(plane));
-    if (isMet)
-    {
-        other.point = OwnAxes(PlanVector{-plane.first.point.northing, -plane.first.point.easting}).In(other.point);
-        other.point.height += plane.first.point.height;
-        if (Prove(plane, sight, other, row.status).Holds())
-        {
-            place = other;
-            RemarkOtherForm(asGiven, "with coordinates from the first point", sink, row);
-            return;
-        }
-    }
-    Judge(asGiven, sink, row);
 }
 
 /** The farthest that two of the points, and the instrument, lie apart. */
@@ -243,17 +191,12 @@ PlanePlace MeetPlane(const ReferencePlane& plane, const AngleSight& sight, const
     row.isComputed = HasResult(row.status) && place.along != UNDEFINED_REAL;
     if (row.isComputed)
     {
-        Row verdict;
-        verdict.status = row.status;
-        ProveOrTakeOtherForm(plane, sight, sink, place, verdict);
         Complete(plane, sight, place, row);
-        row.isProven = verdict.isProven;
-        row.warnings = verdict.warnings;
-        if (!verdict.remark.empty())
-        {
-            AddRemark(verdict.remark, row);
-        }
-        QuestionFar("the point", PlanDistance(plane.first.point, place.point), ExtentOf(plane), sink, row);
+        Judge(Prove(plane, sight, place, row.status), sink, row);
+        const bool isUpKnown = HasHeight(plane.station) && HasHeight(plane.first);
+        const double up = isUpKnown ? place.point.height - plane.first.point.height : 0.0;
+        QuestionFar("the point", std::hypot(PlanDistance(plane.first.point, place.point), up), ExtentOf(plane), sink,
+                    row);
         return place;
     }
     row.remark = row.status == QSTD_DEGENERATE
