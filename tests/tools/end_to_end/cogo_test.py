@@ -201,7 +201,8 @@ class Cogo(CogoCase):
         features = self.drawn("area", *bow, code=NOT_COMPUTED)
         self.assertIn([10.0, 6.0], [each["geometry"]["coordinates"] for each in features])
         # A table in no order: the first three crossings, and how many more.
-        table = self.put("points.csv", "id,n,e\n" + "".join(f"{i},{i * 7919 % 1009},{i * 104729 % 1013}\n" for i in range(300)))
+        places = "".join(f"{i},{i * 7919 % 1009},{i * 104729 % 1013}\n" for i in range(300))
+        table = self.put("points.csv", "id,n,e\n" + places)
         self.assertRegex(self.one("area", "--points", table, code=NOT_COMPUTED)["remark"],
                          r"; .* crosses .*; .* crosses .*; and at least 97 more; give the corners in the order")
 

@@ -125,3 +125,22 @@ TEST_F(InputsTest, GroupsSightsIntoSetUps)
     EXPECT_EQ(inputs.SetUps(path).size(), 2U);
     EXPECT_EQ(&inputs.SetUps(path), &inputs.SetUps(path));
 }
+
+TEST_F(InputsTest, TakesANameOrCoordinatesThatSaySo)
+{
+    Inputs inputs(Made("points.csv", "id;n;e;h\n50;1;2;3\nid=7;7;8;9\n"), std::nullopt, messages);
+    EXPECT_EQ(inputs.Point("id=50").id, "50");
+    EXPECT_EQ(inputs.Point("ID= 50").point.easting, 2.0);
+    // A name that reads so is found first.
+    EXPECT_EQ(inputs.Point("id=7").point.northing, 7.0);
+    EXPECT_THAT(Problem(inputs, "id=51"), HasSubstr("not in"));
+    const KnownPoint marked = inputs.Point("N=4, e = 5,H=6");
+    EXPECT_EQ(marked.point.northing, 4.0);
+    EXPECT_EQ(marked.point.easting, 5.0);
+    EXPECT_EQ(marked.point.height, 6.0);
+    EXPECT_EQ(inputs.Point("4,E=5").point.flags, POINT_HAS_PLAN);
+    for (const char* text : {"E=5,N=4", "N=,E=5", "N=4,E=5,X=6", "N==4,E=5"})
+    {
+        EXPECT_THAT(Problem(inputs, text), HasSubstr("write N,E or N,E,H")) << text;
+    }
+}

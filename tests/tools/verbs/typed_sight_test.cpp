@@ -75,3 +75,50 @@ TEST(InFaceOne, TurnsTheCircleAndMirrorsTheZenithAngleOfFaceTwo)
     EXPECT_EQ(down.circle, 180 * DEGREE);
     EXPECT_EQ(down.zenith, 180 * DEGREE);
 }
+
+namespace {
+
+/** What is said of bare numbers, or nothing. */
+std::string Refusal(const std::string& text, std::optional<AngleForm> form)
+{
+    Messages messages;
+    const Inputs inputs("", form, messages);
+    try
+    {
+        RequireOneMeaning(text, inputs);
+    }
+    catch (const WrongUse& problem)
+    {
+        return problem.what();
+    }
+    return "";
+}
+
+} // namespace
+
+TEST(BareNumbers, OfASightOrOfCoordinatesAreRefusedWithBothWaysToWriteThem)
+{
+    EXPECT_EQ(
+        Refusal("10,99,30", AngleForm::GON),
+        "\"10,99,30\": with --angle, a sight HZ,V,SD as well as coordinates N,E,H; write 10g,99g,30 for the sight, "
+        "or N=10,E=99,H=30 for the coordinates");
+    EXPECT_NE(Refusal("10,99,30", AngleForm::DEGREES).find("write 10d,99d,30 "), std::string::npos);
+    EXPECT_NE(Refusal("1,1.5,30", AngleForm::RADIANS).find("write 1rad,1.5rad,30 "), std::string::npos);
+    EXPECT_NE(Refusal("10.3015,99,30", AngleForm::DMS).find("write 10-30-15.0,99-00-00.0,30 "), std::string::npos);
+}
+
+TEST(BareNumbers, OfOneMeaningPass)
+{
+    EXPECT_EQ(Refusal("10,99,30", std::nullopt), "");
+    for (const char* text : {"10,99", "500,99,30", "10,-99,30", "10,99,0", "10,99,-30", "10g,99g,30", "N=10,E=99,H=30"})
+    {
+        EXPECT_EQ(Refusal(text, AngleForm::GON), "") << text;
+    }
+}
+
+TEST(BareNumbers, WithLettersAreNoSight)
+{
+    EXPECT_FALSE(LooksLikeSight("N=10,E=99,H=30"));
+    EXPECT_TRUE(LooksLikeSight("10g,99g,30"));
+    EXPECT_FALSE(LooksLikeSight("10,99,30"));
+}

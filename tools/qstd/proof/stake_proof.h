@@ -39,10 +39,10 @@ class StakeArc
 {
 public:
     /**
-     * @param startAzimuth  of its tangent, radians from north
-     * @param radius        negative where it turns left
+     * @param azimuthOfStart  of its tangent, radians from north
+     * @param radiusOfArc     negative where it turns left
      */
-    StakeArc(const PlanVector& start, double startAzimuth, double radius, double length);
+    StakeArc(const PlanVector& startOfArc, double azimuthOfStart, double radiusOfArc, double lengthOfArc);
 
     [[nodiscard]] const PlanVector& Start() const
     {

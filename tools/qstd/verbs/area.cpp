@@ -231,7 +231,8 @@ Row Compute(const Corners& corners, const std::vector<Crossing>& crossings, cons
     const double area = ProvenArea(corners.points, sink, row);
     if (area == 0.0)
     {
-        row.warnings.emplace_back("the corners lie on one line, or the boundary goes there and back: nothing is enclosed");
+        row.warnings.emplace_back(
+            "the corners lie on one line, or the boundary goes there and back: nothing is enclosed");
     }
     row.values.insert(row.values.end(), {area, Perimeter(corners.points)});
     return row;
