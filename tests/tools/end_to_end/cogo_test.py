@@ -212,8 +212,8 @@ class Cogo(CogoCase):
         self.assertEqual((found["area"], found["remark"]), (300.0, None))
 
     def test_area_at_large_coordinates_loses_nothing(self):
-        # A parcel of 8.5 by 8.5 less a corner of half 0.3 by 0.4; as the library multiplies coordinates of millions, the
-        # products keep 0.0005.
+        # A parcel of 8.5 by 8.5 less a corner of half 0.3 by 0.4; of coordinates of millions the library's products keep
+        # 0.0005.
         north, east = 6600000, 600000
         corners = [f"{north + n!r},{east + e!r}" for n, e in ((0.3, 0), (8.5, 0), (8.5, 8.5), (0, 8.5), (0, 0.4))]
         found = self.one("area", *corners)
@@ -372,7 +372,7 @@ class Cogo(CogoCase):
                 self.assertEqual((found["library_azimuth"] - 2**32) % FULL_CIRCLE, direction * 57600)
 
     def test_transfer_shifts_a_line_by_azimuth_at_right_angles(self):
-        # The library shifts 2 m along 90 degrees + 2^32 units, which lies 45.4 degrees off: 2 sin 45.4 before its place.
+        # The library shifts 2 m along 90 degrees + 2^32 units, which lies 45.4 degrees off: 2 sin 45.4 before it.
         off = 2 * math.pi * (2**32 % FULL_CIRCLE) / FULL_CIRCLE
         found = self.one("transfer", "--line", "0,0", "0d", "--offset", "2")
         self.assert_place(found, 0, 2, prefix="first_")
@@ -385,7 +385,8 @@ class Cogo(CogoCase):
         self.assert_place(found, 1000 + 3 / math.sqrt(2), 2000 - 3 / math.sqrt(2), prefix="first_")
         self.assertEqual((found["azimuth_degrees"], found["first_height"]), (45.0, 7.0))
         # Azimuths from south, turned back by 20 degrees: the line goes at 210 degrees, its left is 120.
-        found = self.one("transfer", "--line", "1000,2000", "50d", "--rotate", "-20d", "--offset", "-3", "--south-azimuth")
+        found = self.one("transfer", "--line", "1000,2000", "50d", "--rotate", "-20d", "--offset", "-3",
+                         "--south-azimuth")
         self.assert_place(found, 1000 + 3 * math.cos(math.radians(120)), 2000 + 3 * math.sin(math.radians(120)),
                           prefix="first_")
         self.assertEqual(found["azimuth_degrees"], 30.0)
@@ -601,8 +602,8 @@ class Cogo(CogoCase):
     def test_a_bare_number_that_is_a_point_and_an_azimuth_is_refused(self):
         table = self.put("points.csv", "id,n,e\nA,0,0\n50,10,0\n")
         self.assertEqual(self.wrong("foot", "5,5", "--line", "A", "50", "--points", table, "--angle", "gon"),
-                         'qstd: foot: line to "50": the name of a point and, with --angle, an azimuth; write 50g for the '
-                         "azimuth, or id=50 for the point\n")
+                         'qstd: foot: line to "50": the name of a point and, with --angle, an azimuth; write 50g for '
+                         "the azimuth, or id=50 for the point\n")
         self.assert_place(self.one("foot", "5,5", "--line", "A", "id=50", "--points", table, "--angle", "gon"), 5, 0)
         self.assert_place(self.one("foot", "5,0", "--line", "A", "50g", "--points", table, "--angle", "gon"), 2.5, 2.5)
         self.assert_place(self.one("foot", "5,5", "--line", "A", "50", "--points", table), 5, 0)

@@ -312,8 +312,8 @@ class Reference(ReferenceCase):
         turn = math.radians(240)
         for sign in (1, -1):
             place = f"{93 * math.sin(turn)!r},{sign * (-100 + 93 * math.cos(turn))!r}"
-            point, = self.points("arc", "--from", "0,0", "--tangent", "0d", "--radius", str(-100 * sign), "--deflection",
-                                 "300d", "--point", place)
+            point, = self.points("arc", "--from", "0,0", "--tangent", "0d", "--radius", str(-100 * sign),
+                                 "--deflection", "300d", "--point", place)
             self.near(-7.0 * sign, point["offset"], 1e-3)
             self.near(100 * turn, point["along"], 1e-3)
 

@@ -85,7 +85,7 @@ TEST(FindCrossings, LetsSidesTouch)
 {
     // A corner on the opposite side, which comes from inside and goes back there.
     ExpectFromAnywhere({{0, 0}, {0, 30}, {20, 30}, {0, 12}, {20, 3}}, 0);
-    // Two triangles with a common corner, both clockwise; the other way round in the second, the boundary crosses there.
+    // Two triangles with a common corner, both clockwise; with the second one the other way round it is crossed.
     ExpectFromAnywhere({{10, 11}, {20, 5}, {20, 15}, {10, 11}, {0, 15}, {0, 5}}, 0);
     ExpectFromAnywhere({{10, 11}, {20, 5}, {20, 15}, {10, 11}, {0, 5}, {0, 15}}, 1);
     // A hole, with a bridge that is gone there and back.

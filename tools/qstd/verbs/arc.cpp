@@ -138,7 +138,7 @@ Arc ProvenOrInOwnAxes(const Arc& asGiven, const Sink& sink, Row& row)
     {
         params->startAzimuth = axes.Out(params->startAzimuth);
         params->endAzimuth = axes.Out(params->endAzimuth);
-        const Arc own = ArcOf(asGiven.definition, *params, axes, asGiven.isSouth);
+        Arc own = ArcOf(asGiven.definition, *params, axes, asGiven.isSouth);
         if (Prove(own).Holds())
         {
             RemarkOtherForm(proof, "in axes from the start of the arc", sink, row);
@@ -338,8 +338,8 @@ int32_t CalculateReversed(const Arc& arc, const PointRecord& point, ArcCalcResul
 
 /**
  * Refers a point to the arc, and holds it against the point. More than a quarter circle before its start the library
- * takes a point as beyond the end, at a right arc by an angle that may lead back over the arc, at a left one by an angle
- * that is not the one between them. On the mirrored arc or the reversed one such a point is like any other.
+ * takes a point as beyond the end, at a right arc by an angle that may lead back over the arc, at a left one by an
+ * angle that is not the one between them. On the mirrored arc or the reversed one such a point is like any other.
  */
 int32_t CalculateProven(const Arc& arc, const PointRecord& point, const Sink& sink, ArcCalcResult& result, Row& row)
 {

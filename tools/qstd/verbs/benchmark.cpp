@@ -374,7 +374,7 @@ size_t ForEachBenchmark(const SetUp& setUp, const PointList& points, Visit visit
     return others;
 }
 
-/** Heights of one axis differ by the benchmarks' and the reflectors' heights, and by zenith angles over the distance. */
+/** Heights of one axis differ by those of benchmarks and reflectors, and by zenith angles over the distance. */
 void QuestionSpread(double spread, double farthest, const Sink& sink, Row& row)
 {
     constexpr double OF_HEIGHTS = 0.010;

@@ -124,6 +124,7 @@ void JudgeCorner(const std::vector<KnownPoint>& points, const Corner& corner, do
                  const Standing& standing, const Sink& sink, Row& row)
 {
     std::vector<PointRecord> records;
+    records.reserve(points.size());
     for (const KnownPoint& point : points)
     {
         records.push_back(point.point);

@@ -159,6 +159,7 @@ void RequireExpected(const Standing& standing, const SightRecord& sight, const P
 double ExtentOf(const std::vector<PointRecord>& points, const Standing& standing)
 {
     std::vector<PlanVector> places;
+    places.reserve(points.size() + 1);
     for (const PointRecord& point : points)
     {
         places.push_back(PlanOf(point));

@@ -45,8 +45,8 @@ TypedSight ParseSight(const std::string& text, const std::string& what, SightPar
 bool LooksLikeSight(const std::string& text);
 
 /**
- * Throws WrongUse for three plain numbers that are coordinates N,E,H as well as, with --angle, a sight HZ,V,SD; says how
- * to write either.
+ * Throws WrongUse for three plain numbers that are coordinates N,E,H as well as, with --angle, a sight HZ,V,SD; says
+ * how to write either.
  */
 void RequireOneMeaning(const std::string& text, const Inputs& inputs);
 
