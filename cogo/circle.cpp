@@ -2,7 +2,6 @@
 
 #include "cogo/line.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "core/settings.h"
 #include "qstdlib/cogo.h"
 
@@ -26,7 +25,7 @@ double AdjustedDiscriminant(double discriminant)
 
 int32_t CountByRoot(double root)
 {
-    return IsZero(root) ? 1 : 2;
+    return root == 0.0 ? 1 : 2;
 }
 
 // The line of constant northing n against the circle: a quadratic equation in the easting.

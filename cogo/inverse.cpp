@@ -3,7 +3,6 @@
 #include "cogo/baseline.h"
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/cogo.h"
 
 using namespace qstdlib;
@@ -63,6 +62,6 @@ int32_t QCogoOffsetToCoord(const PointRecord* start, const PointRecord* end, dou
 
 void QCogoCalcSlopeByDist(double horizontal, double vertical, SlopeResult* slope)
 {
-    slope->grade = IsZero(horizontal) ? UNDEFINED_REAL : (vertical / horizontal) * 100.0;
-    slope->ratio = IsZero(vertical) ? UNDEFINED_REAL : horizontal / vertical;
+    slope->grade = horizontal == 0.0 ? UNDEFINED_REAL : (vertical / horizontal) * 100.0;
+    slope->ratio = vertical == 0.0 ? UNDEFINED_REAL : horizontal / vertical;
 }

@@ -4,7 +4,6 @@
 
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 
 namespace qstdlib {
 
@@ -171,7 +170,7 @@ int32_t QCogoCalcCrossLine(const LineDef* line1, const LineDef* line2, PointReco
         return status;
     }
 
-    if (IsWithin(a.slope - b.slope, PARALLEL_SLOPES))
+    if (std::fabs(a.slope - b.slope) < PARALLEL_SLOPES)
     {
         return QSTD_PARALLEL_LINES;
     }

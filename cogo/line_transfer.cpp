@@ -3,7 +3,6 @@
 #include "cogo/baseline.h"
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/cogo.h"
 
 namespace qstdlib {
@@ -97,7 +96,7 @@ int32_t QCogoCalcTransLine(const LineDef* line, AngleUnit rotation, double offse
     {
         RotateSecond(transferred, rotation);
     }
-    if (!IsZero(offset))
+    if (offset != 0.0)
     {
         if (byPoints)
         {

@@ -1,6 +1,5 @@
 #include "cogo/line.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 
 namespace qstdlib {
 
@@ -13,7 +12,7 @@ void SetPlanFoot(PointRecord& foot, const PointRecord& onLine, double slope, dou
         foot.northing = onLine.northing;
         foot.easting = point.easting;
     }
-    else if (IsZero(slope))
+    else if (slope == 0.0)
     {
         foot.northing = point.northing;
         foot.easting = onLine.easting;

@@ -1,8 +1,8 @@
 #include "core/angle.h"
 
+#include <cmath>
 #include <limits>
 
-#include "core/real_bits.h"
 #include "core/settings.h"
 
 namespace qstdlib {
@@ -20,16 +20,15 @@ constexpr double HALF_UNITS_PER_RADIAN = 6600473.799907084;
 int32_t TruncateToInt32(double value)
 {
     constexpr double LIMIT = 2147483648.0;
-    const uint64_t magnitude = MagnitudeBits(value);
-    if (magnitude < BitsOf(LIMIT))
+    if (std::fabs(value) < LIMIT)
     {
         return static_cast<int32_t>(value);
     }
-    if (magnitude > INFINITY_BITS)
+    if (std::isnan(value))
     {
-        return 0; // not a number
+        return 0;
     }
-    return IsNegative(value) ? std::numeric_limits<int32_t>::min() : std::numeric_limits<int32_t>::max();
+    return value < 0.0 ? std::numeric_limits<int32_t>::min() : std::numeric_limits<int32_t>::max();
 }
 
 double AngleToRadians(AngleUnit angle)

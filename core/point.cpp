@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "core/angle.h"
-#include "core/real_bits.h"
 
 namespace qstdlib {
 
@@ -18,7 +17,7 @@ AngleUnit AzimuthBetween(const PointRecord* from, const PointRecord* to)
     }
     const double dN = to->northing - from->northing;
     const double dE = to->easting - from->easting;
-    if (IsZero(dN) && IsZero(dE))
+    if (dN == 0.0 && dE == 0.0)
     {
         return ANGLE_UNDEFINED;
     }
@@ -31,7 +30,7 @@ AngleUnit ZenithBetween(const PointRecord* from, const PointRecord* to)
     const double dE = to->easting - from->easting;
     const double dH = to->height - from->height;
     const double horizontal = std::hypot(dE, dN);
-    if (IsZero(horizontal) && IsZero(dH))
+    if (horizontal == 0.0 && dH == 0.0)
     {
         return ANGLE_UNDEFINED;
     }

@@ -2,7 +2,6 @@
 
 #include "cogo/line.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "measure/hand_off.h"
 
 namespace qstdlib {
@@ -51,7 +50,7 @@ int32_t QCalcOfsCorner3Pt(const PointRecord* first, const PointRecord* second, c
     }
     const PlanVector face = Difference(*first, *second);
     const double length = Length(face);
-    if (IsZero(length))
+    if (length == 0.0)
     {
         return QSTD_COINCIDENT_POINTS;
     }
@@ -83,7 +82,7 @@ int32_t QCalcOfsCorner4Pt(const PointRecord* first, const PointRecord* second, c
     const PlanVector secondVector = Difference(*third, *fourth);
     const double firstLength = Length(firstVector);
     const double secondLength = Length(secondVector);
-    if (IsZero(firstLength) || IsZero(secondLength))
+    if (firstLength == 0.0 || secondLength == 0.0)
     {
         return QSTD_COINCIDENT_POINTS;
     }

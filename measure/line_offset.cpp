@@ -1,7 +1,6 @@
 #include <cmath>
 
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "measure/hand_off.h"
 #include "qstdlib/reference.h"
 
@@ -49,7 +48,7 @@ int32_t QCalcOfsLineHA(const PointRecord* first, const PointRecord* second, Angl
     const double cE = dE / length;
     const double cH = dH / length;
     const double squaredPlanPart = std::pow(cN, 2.0) + std::pow(cE, 2.0);
-    if (IsZero(squaredPlanPart))
+    if (squaredPlanPart == 0.0)
     {
         return QSTD_DEGENERATE;
     }

@@ -1,5 +1,4 @@
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/measure.h"
 
 using namespace qstdlib;
@@ -23,6 +22,6 @@ int32_t QRDMCalcByCoord(const PointRecord* first, const PointRecord* second, Rem
 
     PointDistances(&result->slopeDistance, &result->horizontalDistance, &result->heightDifference, &from, &to);
     // The distance decides, not the coordinates: it can vanish by underflow where they differ.
-    result->azimuth = IsZero(result->horizontalDistance) ? ANGLE_UNDEFINED : AzimuthBetween(&from, &to);
+    result->azimuth = result->horizontalDistance == 0.0 ? ANGLE_UNDEFINED : AzimuthBetween(&from, &to);
     return status;
 }

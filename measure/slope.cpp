@@ -1,5 +1,4 @@
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/measure.h"
 
 namespace qstdlib {
@@ -28,8 +27,8 @@ using namespace qstdlib;
 int32_t QBRSetSlope(double height1, double distance1, double height2, double distance2)
 {
     stored.isSet = 0;
-    const bool sameHeight = AreEqual(height1, height2);
-    const bool sameDistance = AreEqual(distance1, distance2);
+    const bool sameHeight = height1 == height2;
+    const bool sameDistance = distance1 == distance2;
     if (sameHeight && sameDistance)
     {
         return QSTD_REJECTED; // the same point twice
@@ -44,8 +43,7 @@ int32_t QBRSetSlope(double height1, double distance1, double height2, double dis
         status = QSTD_HEIGHT_UNDETERMINED;
     }
     int16_t isNegativeSide = 0;
-    // Most slopes have no sign bit set, and need no comparison.
-    if ((IsNegative(distance1) || IsNegative(distance2)) && (distance1 < 0.0 || distance2 < 0.0))
+    if (distance1 < 0.0 || distance2 < 0.0)
     {
         if (distance1 > 0.0 || distance2 > 0.0)
         {

@@ -1,7 +1,6 @@
 #include <cmath>
 
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/measure.h"
 
 using namespace qstdlib;
@@ -21,15 +20,15 @@ int32_t QCalc2PtTarget(const PointRecord* first, const PointRecord* second, doub
     const double dE = second->easting - first->easting;
     const double dH = second->height - first->height;
     const double measured = std::sqrt(std::pow(dH, 2.0) + std::pow(dE, 2.0) + std::pow(dN, 2.0));
-    if (IsZero(measured))
+    if (measured == 0.0)
     {
         return QSTD_COINCIDENT_POINTS;
     }
 
     PointRecord hidden = *second;
-    if (!IsZero(extension))
+    if (extension != 0.0)
     {
-        const double inverseLength = 1.0 / (IsZero(spacing) ? measured : spacing);
+        const double inverseLength = 1.0 / (spacing == 0.0 ? measured : spacing);
         hidden.northing = inverseLength * dN * extension + second->northing;
         hidden.easting = dE * inverseLength * extension + second->easting;
         hidden.height = dH * (inverseLength * extension) + second->height;

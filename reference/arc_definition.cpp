@@ -3,7 +3,6 @@
 #include "cogo/line.h"
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/reference.h"
 #include "reference/arc_state.h"
 
@@ -179,7 +178,7 @@ int32_t QREFSetArcByRadiusHAngle(const PointRecord* start, AngleUnit startAzimut
     {
         return QSTD_DEGENERATE;
     }
-    if (IsZero(radius))
+    if (radius == 0.0)
     {
         return QSTD_REJECTED;
     }
@@ -198,7 +197,7 @@ int32_t QREFSetArcByRadiusArcLen(const PointRecord* start, AngleUnit startAzimut
     {
         return QSTD_MISSING_COORDINATES;
     }
-    if (IsZero(radius) || length <= 0.0)
+    if (radius == 0.0 || length <= 0.0)
     {
         return QSTD_REJECTED;
     }

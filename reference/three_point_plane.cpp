@@ -3,7 +3,6 @@
 #include "core/angle.h"
 #include "core/face.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/reference.h"
 
 namespace qstdlib {
@@ -116,7 +115,7 @@ bool FaceInstrument(const PointRecord& axis)
 {
     ThreePointPlane& p = stored;
     const double distance = SignedDistance(p.surface, axis);
-    if (IsWithin(distance, NEAR_ZERO))
+    if (std::fabs(distance) < NEAR_ZERO)
     {
         return false;
     }

@@ -3,7 +3,6 @@
 #include "core/angle.h"
 #include "core/face.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "qstdlib/reference.h"
 
 namespace qstdlib {
@@ -78,7 +77,7 @@ int32_t QREFCalc2PtPlane(AngleUnit horizontalAngle, AngleUnit zenithAngle, const
     const double axisHeight = station->height + instrumentHeight;
     const double wN = station->northing - first.northing;
     const double wE = station->easting - first.easting;
-    if (IsWithin(stored.deltaEast * wN - stored.deltaNorth * wE, NEAR_PLANE))
+    if (std::fabs(stored.deltaEast * wN - stored.deltaNorth * wE) < NEAR_PLANE)
     {
         return QSTD_DEGENERATE;
     }
@@ -95,7 +94,7 @@ int32_t QREFCalc2PtPlane(AngleUnit horizontalAngle, AngleUnit zenithAngle, const
     const double north = stored.directionNorth;
     const double east = stored.directionEast;
     const double q = north * sine - east * cosine; // sine of the angle between sight and plane
-    if (IsWithin(q, NEAR_PLANE))
+    if (std::fabs(q) < NEAR_PLANE)
     {
         return status;
     }

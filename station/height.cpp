@@ -4,7 +4,6 @@
 
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "core/settings.h"
 #include "qstdlib/station.h"
 
@@ -36,7 +35,7 @@ double GroundDistance(double distance)
     if (IsScaleFactorApplied() == 1)
     {
         const double scale = GetScaleFactor();
-        if (!IsZero(scale))
+        if (scale != 0.0)
         {
             distance = distance / scale;
         }

@@ -4,7 +4,6 @@
 
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "station/circle.h"
 #include "station/height.h"
 
@@ -70,7 +69,7 @@ int32_t QSTN3PtResect(const ThreePointTarget* first, const ThreePointTarget* sec
     const double dN = c2.northing - c1.northing;
     const double dE = c2.easting - c1.easting;
     const double squaredLength = std::pow(dN, 2.0) + std::pow(dE, 2.0);
-    if (IsZero(squaredLength))
+    if (squaredLength == 0.0)
     {
         return QSTD_DEGENERATE;
     }

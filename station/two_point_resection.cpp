@@ -4,7 +4,6 @@
 
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
 #include "station/circle.h"
 
 namespace qstdlib {
@@ -18,7 +17,7 @@ AngleUnit Reading(const TwoPointTarget& target)
 
 bool HasDistance(const TwoPointTarget& target)
 {
-    return !IsZero(target.horizontalDistance);
+    return target.horizontalDistance != 0.0;
 }
 
 void SetPlanPosition(PointRecord& station, double northing, double easting)
@@ -96,7 +95,7 @@ int32_t SolveTwoDistances(const TwoPointTarget* first, const TwoPointTarget* sec
     const double dN = second->known.northing - first->known.northing;
     const double dE = second->known.easting - first->known.easting;
     const double squaredLength = std::pow(dy, 2.0) + std::pow(dx, 2.0);
-    if (IsZero(squaredLength))
+    if (squaredLength == 0.0)
     {
         return QSTD_COINCIDENT_POINTS;
     }
