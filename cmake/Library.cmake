@@ -9,7 +9,6 @@ set(QSTDLIB_SOURCES
     core/point.cpp
     core/record_layout.cpp
     core/settings.cpp
-    core/soft_arithmetic.cpp
     cogo/area.cpp
     cogo/baseline.cpp
     cogo/circle.cpp
@@ -30,15 +29,16 @@ set(QSTDLIB_SOURCES
     measure/remote_elevation.cpp
     measure/slope.cpp
     measure/two_point_target.cpp
-    station/adjustment.cpp
-    station/approximation.cpp
+    station/adjustment/adjust_result.cpp
+    station/adjustment/approximation.cpp
+    station/adjustment/general.cpp
+    station/adjustment/matrix.cpp
+    station/adjustment/observations.cpp
+    station/adjustment/plan.cpp
     station/circle.cpp
     station/height.cpp
     station/known_line.cpp
-    station/matrix.cpp
     station/multi_point_resection.cpp
-    station/plan_rows.cpp
-    station/plan_step.cpp
     station/three_point_resection.cpp
     station/two_point_resection.cpp)
 

@@ -1,11 +1,11 @@
+#include "station/multi_point_resection.h"
+
+#include <algorithm>
 #include <cstdlib>
 
 #include "core/angle.h"
 #include "core/point.h"
-#include "core/real_bits.h"
-#include "core/soft_arithmetic.h"
-#include "qstdlib/station.h"
-#include "station/adjustment.h"
+#include "station/adjustment/plan.h"
 #include "station/circle.h"
 #include "station/height.h"
 
@@ -18,27 +18,12 @@ constexpr AdjustmentPrecision DEFAULT_ADJUSTMENT_PRECISION = {2.0, 0.002, 0.0000
 
 bool HasDistance(const ResectObservation& observation)
 {
-    return !IsZero(observation.slopeDistance);
+    return observation.slopeDistance != 0.0;
 }
 
 bool IsHeightAndDistanceTarget(const ResectObservation& observation)
 {
     return HasHeight(observation.target) && HasDistance(observation);
-}
-
-void FillWorkRecord(const ResectObservation& observation, ResectWorkRecord& record)
-{
-    record.northing = observation.target.northing;
-    record.easting = observation.target.easting;
-    record.height = HasHeight(observation.target) ? observation.target.height : MISSING_VALUE;
-    record.reflectorHeight = observation.reflectorHeight;
-    const AngleUnit zenith = observation.zenithAngle;
-    record.direction = UnreducedRadians(FaceNormalizedReading(observation.horizontalAngle, zenith));
-    record.zenith = 0.0; // an adjustment in plan asks only whether there is one
-    const bool measured = HasDistance(observation);
-    record.slopeDistance = measured ? observation.slopeDistance : MISSING_VALUE;
-    record.horizontalDistance = measured ? observation.horizontalDistance : MISSING_VALUE;
-    record.verticalDifference = measured ? observation.verticalDifference : MISSING_VALUE;
 }
 
 // Station heights, one a target, gathered.
@@ -52,14 +37,8 @@ struct HeightStatistics
 
 void Gather(HeightStatistics& statistics, double height)
 {
-    if (height > statistics.maximum)
-    {
-        statistics.maximum = height;
-    }
-    if (height < statistics.minimum)
-    {
-        statistics.minimum = height;
-    }
+    statistics.maximum = std::max(statistics.maximum, height);
+    statistics.minimum = std::min(statistics.minimum, height);
     statistics.sum += height;
     ++statistics.count;
 }
@@ -99,7 +78,7 @@ HeightStatistics GatherStationHeights(int16_t count, const ResectObservation* ob
 void SetHeight(const HeightStatistics& statistics, ResectStation& station)
 {
     const bool known = statistics.count > 0;
-    station.position.height = known ? Divisor(statistics.count).Into(statistics.sum) : 0.0;
+    station.position.height = known ? statistics.sum / statistics.count : 0.0;
     station.position.flags = known ? FLAGS_PLAN_AND_HEIGHT : FLAGS_PLAN;
     station.heightSpread = known ? statistics.maximum - statistics.minimum : 0.0;
 }
@@ -121,15 +100,8 @@ int32_t Resect(int16_t count, const ResectObservation* observations, ResectWorkR
     {
         FillWorkRecord(observations[i], work[i]);
     }
-    double northing = 0.0;
-    double easting = 0.0;
-    double orientation = 0.0;
-    double northingSigma = 0.0;
-    double eastingSigma = 0.0;
-    double ignored[4]; // height and its sigma, sigmas of orientation and unit weight
-    const int32_t result =
-        AdjustResection(ADJUST_MODE_PLAN, count, work, DEFAULT_ADJUSTMENT_PRECISION, &northing, &easting, &ignored[0],
-                        &orientation, &northingSigma, &eastingSigma, &ignored[1], &ignored[2], &ignored[3]);
+    PlanStation adjusted;
+    const int32_t result = AdjustInPlan(count, work, DEFAULT_ADJUSTMENT_PRECISION, &adjusted);
     if (result == ADJUST_NO_MEMORY || result == ADJUST_DEGENERATE)
     {
         return QSTD_REJECTED;
@@ -139,11 +111,11 @@ int32_t Resect(int16_t count, const ResectObservation* observations, ResectWorkR
         return QSTD_DEGENERATE;
     }
 
-    station->position.northing = northing;
-    station->position.easting = easting;
-    station->orientation = TruncateRadiansToAngle(orientation);
-    station->northingPrecision = northingSigma;
-    station->eastingPrecision = eastingSigma;
+    station->position.northing = adjusted.northing;
+    station->position.easting = adjusted.easting;
+    station->orientation = TruncateRadiansToAngle(adjusted.orientation);
+    station->northingPrecision = adjusted.northingSigma;
+    station->eastingPrecision = adjusted.eastingSigma;
     SetHeight(GatherStationHeights(count, observations, station->position, work), *station);
     for (int16_t i = 0; i < count; ++i)
     {
@@ -153,6 +125,22 @@ int32_t Resect(int16_t count, const ResectObservation* observations, ResectWorkR
 }
 
 } // namespace
+
+void FillWorkRecord(const ResectObservation& observation, ResectWorkRecord& record)
+{
+    record.northing = observation.target.northing;
+    record.easting = observation.target.easting;
+    record.height = HasHeight(observation.target) ? observation.target.height : MISSING_VALUE;
+    record.reflectorHeight = observation.reflectorHeight;
+    const AngleUnit zenith = observation.zenithAngle;
+    const AngleUnit faceOneZenith = IsFaceTwo(zenith) ? WrapSubtract(ANGLE_FULL_CIRCLE, zenith) : zenith;
+    record.direction = UnreducedRadians(FaceNormalizedReading(observation.horizontalAngle, zenith));
+    record.zenith = UnreducedRadians(faceOneZenith);
+    const bool measured = HasDistance(observation);
+    record.slopeDistance = measured ? observation.slopeDistance : MISSING_VALUE;
+    record.horizontalDistance = measured ? observation.horizontalDistance : MISSING_VALUE;
+    record.verticalDifference = measured ? observation.verticalDifference : MISSING_VALUE;
+}
 
 } // namespace qstdlib
 

@@ -25,6 +25,8 @@ bool watching = false;
 size_t failingNumber = 0;
 std::vector<size_t> sizes;
 std::vector<Block> blocks;
+size_t bytes = 0;
+size_t mostBytes = 0;
 
 } // namespace
 
@@ -40,6 +42,8 @@ void* __wrap_malloc(size_t size) // NOLINT
     if (block != nullptr)
     {
         blocks.push_back({block, size});
+        bytes += size;
+        mostBytes = std::max(mostBytes, bytes);
     }
     return block;
 }
@@ -50,6 +54,7 @@ void __wrap_free(void* block) // NOLINT
         std::find_if(blocks.begin(), blocks.end(), [block](const Block& b) { return b.address == block; });
     if (known != blocks.end())
     {
+        bytes -= known->size;
         blocks.erase(known);
     }
     __real_free(block);
@@ -83,6 +88,8 @@ AllocationWatch::AllocationWatch(size_t failing)
     EXPECT_FALSE(watching) << "one watch at a time";
     sizes.clear();
     blocks.clear();
+    bytes = 0;
+    mostBytes = 0;
     failingNumber = failing;
     watching = true;
 }
@@ -102,6 +109,11 @@ AllocationWatch::~AllocationWatch()
 const std::vector<size_t>& AllocationWatch::Sizes() const
 {
     return sizes;
+}
+
+size_t AllocationWatch::MostBytes() const
+{
+    return mostBytes;
 }
 
 std::vector<size_t> AllocationWatch::Outstanding() const

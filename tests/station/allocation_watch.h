@@ -20,6 +20,9 @@ public:
     // Sizes asked for so far, in order, the failing one included.
     const std::vector<size_t>& Sizes() const;
 
+    // The greatest sum of sizes that was taken and not given back at one time.
+    size_t MostBytes() const;
+
     // Sizes of the blocks that were taken and not given back.
     std::vector<size_t> Outstanding() const;
 };

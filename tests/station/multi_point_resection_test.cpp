@@ -7,10 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "qstdlib.h"
+#include "station/adjustment/general.h"
 #include "station/height.h"
+#include "station/multi_point_resection.h"
+#include "tests/station/adjustment/reference_adjustment.h"
 #include "tests/station/allocation_watch.h"
 #include "tests/station/observations.h"
-#include "tests/station/reference_adjustment.h"
 #include "tests/support/fake_instrument.h"
 
 using support::DegreesToUnits;
@@ -124,7 +126,7 @@ struct Adjusted
     double northing, easting, orientation, northingSigma, eastingSigma;
 };
 
-Adjusted AdjustInPlan(WorkRecords& work)
+Adjusted AdjustByMatrices(WorkRecords& work)
 {
     Adjusted a = {};
     double ignored[4] = {};
@@ -223,7 +225,7 @@ TEST(MultiPointResection, HandsTheAdjustmentsFiguresOn)
         GiveHeight(observations[i], 50.0 + static_cast<double>(i));
     }
     WorkRecords work = WorkFor(observations);
-    const Adjusted expected = AdjustInPlan(work);
+    const Adjusted expected = AdjustByMatrices(work);
     const Resection r = Resect(observations);
     ASSERT_EQ(QSTD_OK, r.status);
     EXPECT_TRUE(SameBits(expected.northing, r.station.position.northing));
@@ -452,7 +454,7 @@ TEST(MultiPointResection, ReportsDistanceAndHeightResidualsOfTargetsWithBothOnly
         EXPECT_TRUE(SameBits(0.0, r.residuals[i].heightResidual)) << i;
     }
     WorkRecords work = WorkFor(observations);
-    AdjustInPlan(work);
+    AdjustByMatrices(work);
     EXPECT_NE(0.0, work[2].distanceResidual) << "it did take part";
 }
 
@@ -525,6 +527,40 @@ TEST(MultiPointResection, AsksForNoAzimuthReference)
     const Resection r = Resect(Directions());
     EXPECT_NEAR(0, TurnFrom(ORIENTATION, r.station.orientation), 4);
     EXPECT_THAT(instrument.reads, IsEmpty());
+}
+
+// In face two the full circle less the reading: 360 - 260 = 100 degrees. Below zero is face two as well.
+TEST(WorkRecord, HoldsTheZenithAngleInFaceOne)
+{
+    ResectObservation observation = {};
+    qstdlib::ResectWorkRecord record = {};
+    for (const double degrees : {83.0, 179.5, 0.0})
+    {
+        observation.zenithAngle = DegreesToUnits(degrees);
+        qstdlib::FillWorkRecord(observation, record);
+        EXPECT_NEAR(degrees, record.zenith * 180.0 / 3.141592653589793, 1e-12);
+    }
+    const double faceTwo[][2] = {{260.0, 100.0}, {277.5, 82.5}, {180.0, 180.0}, {-10.0, 370.0}};
+    for (const auto& [reading, zenith] : faceTwo)
+    {
+        observation.zenithAngle = DegreesToUnits(reading);
+        qstdlib::FillWorkRecord(observation, record);
+        EXPECT_NEAR(zenith, record.zenith * 180.0 / 3.141592653589793, 1e-12);
+    }
+}
+
+// The most sights that a count can give, all around the origin. Their errors go round with them and cancel; a station
+// from n sights of 2 mm is good to sqrt(2 / n) of that.
+TEST(MultiPointResection, FindsTheStationFromTheMostSights)
+{
+    const int16_t count = std::numeric_limits<int16_t>::max();
+    const Resection r = Resect(count, DistancesAllAround(count));
+    ASSERT_EQ(QSTD_OK, r.status);
+    EXPECT_NEAR(0.0, r.station.position.northing, 1e-4);
+    EXPECT_NEAR(0.0, r.station.position.easting, 1e-4);
+    EXPECT_NEAR(0, TurnFrom(0, r.station.orientation), 3);
+    EXPECT_LT(r.station.northingPrecision, 5e-5);
+    EXPECT_EQ(10.0, r.station.position.height);
 }
 
 TEST(MultiPointResection, RejectsACountBelowOne)

@@ -32,6 +32,23 @@ inline ResectObservation DistanceTo(const PointRecord& target, double northing, 
     return observation;
 }
 
+// So many distances of 50 to 68 m in all directions from the origin, a millimetre or two and some units of angle off.
+inline Observations DistancesAllAround(int16_t count)
+{
+    Observations observations;
+    for (int16_t i = 0; i < count; ++i)
+    {
+        const double azimuth = support::UnitsToRadians(static_cast<double>(ANGLE_FULL_CIRCLE) * i / count);
+        const double distance = 50.0 + 3.0 * (i % 7);
+        ResectObservation observation = DistanceTo(
+            support::FullPoint(distance * std::cos(azimuth), distance * std::sin(azimuth), 10.0), 0.0, 0.0, 0);
+        observation.horizontalAngle += i % 5;
+        observation.horizontalDistance += 0.001 * (i % 3);
+        observations.push_back(observation);
+    }
+    return observations;
+}
+
 // Result of QSTNMultiResect on outputs filled with the pattern.
 struct Resection
 {

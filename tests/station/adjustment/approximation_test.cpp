@@ -1,4 +1,4 @@
-#include "station/approximation.h"
+#include "station/adjustment/approximation.h"
 
 #include <cmath>
 #include <cstdint>
@@ -8,8 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/station/adjustment/work_record.h"
 #include "tests/station/allocation_watch.h"
-#include "tests/station/work_record.h"
 
 using namespace qstdlib;
 using testing::ElementsAre;
@@ -442,52 +442,6 @@ TEST(ApproximateStation, AveragesTwoHeightsInSpace)
     const Approximated a = Approximate(ADJUST_MODE_SPATIAL, work, 2);
     ExpectUnknowns({0.0, 0.0, 59.0, -0.5}, a);
     EXPECT_EQ(4, a.unknownCount);
-}
-
-// Whichever way the station is found, its first target is the one that orients.
-TEST(ApproximateStation, TellsTheSightThatOrients)
-{
-    struct Case
-    {
-        WorkRecords work;
-        int32_t distances;
-    };
-    const std::vector<Case> cases = {
-        {OctantSights(), 0},
-        {TwoDistances(), 2},
-        {{Known(7.0, 7.0), TwoDistances()[0], TwoDistances()[1]}, 2},
-    };
-    for (const auto& [work, distances] : cases)
-    {
-        double* x = nullptr;
-        int32_t count = 0;
-        int32_t limit = 0;
-        OrientingSight sight = {nullptr, 0.0};
-        ASSERT_EQ(0, ApproximateStation(ADJUST_MODE_PLAN, CountOf(work), work.data(), distances, &x, &count, 0, &limit,
-                                        &sight));
-        const ResectWorkRecord& first = IsPresent(work[0].direction) ? work[0] : work[1];
-        EXPECT_EQ(&first, sight.target);
-        EXPECT_EQ(std::atan2(first.easting - x[2], first.northing - x[1]), sight.azimuth);
-        EXPECT_EQ(sight.azimuth - first.direction, x[3]);
-        std::free(x);
-    }
-}
-
-TEST(ApproximateStation, LeavesTheSightWithoutAStation)
-{
-    const WorkRecords work = TwoDistances();
-    double* x = nullptr;
-    int32_t count = 0;
-    int32_t limit = 0;
-    OrientingSight sight = {nullptr, 7.0};
-    EXPECT_EQ(3, ApproximateStation(ADJUST_MODE_PLAN, CountOf(work), work.data(), 1, &x, &count, 0, &limit, &sight));
-    {
-        const AllocationWatch watch(1);
-        EXPECT_EQ(2,
-                  ApproximateStation(ADJUST_MODE_PLAN, CountOf(work), work.data(), 2, &x, &count, 0, &limit, &sight));
-    }
-    EXPECT_EQ(nullptr, sight.target);
-    EXPECT_EQ(7.0, sight.azimuth);
 }
 
 TEST(ApproximateStation, AllocatesNothingInAnotherMode)

@@ -1,8 +1,8 @@
 // Closed-form starting values for the adjustment of a station.
-#ifndef QSTDLIB_STATION_APPROXIMATION_H
-#define QSTDLIB_STATION_APPROXIMATION_H
+#ifndef QSTDLIB_STATION_ADJUSTMENT_APPROXIMATION_H
+#define QSTDLIB_STATION_ADJUSTMENT_APPROXIMATION_H
 
-#include "station/resect_work.h"
+#include "station/adjustment/resect_work.h"
 
 namespace qstdlib {
 
@@ -12,20 +12,11 @@ namespace qstdlib {
 int32_t SelectTargets(int32_t mode, int32_t how, int16_t count, const ResectWorkRecord* work,
                       const ResectWorkRecord** chosen);
 
-// The sight that gave the approximate orientation, and its azimuth from the approximate station.
-struct OrientingSight
-{
-    const ResectWorkRecord* target;
-    double azimuth; // radians, as atan2 gives it
-};
-
 // Allocates and fills the unknowns, indexed from 1, from three directions or, given at least two distance rows, from
 // two distances. ADJUST_NO_MEMORY or ADJUST_DEGENERATE leave nothing allocated. Any mode but plan and spatial returns
-// 0 without allocating. `iterationLimit` is set in any case; `rows` carries nothing. `sight`, when given, is written
-// together with the unknowns.
+// 0 without allocating. `iterationLimit` is set in any case; `rows` carries nothing.
 int32_t ApproximateStation(int32_t mode, int16_t count, const ResectWorkRecord* work, int32_t distances,
-                           double** unknowns, int32_t* unknownCount, int32_t rows, int32_t* iterationLimit,
-                           OrientingSight* sight = nullptr);
+                           double** unknowns, int32_t* unknownCount, int32_t rows, int32_t* iterationLimit);
 
 } // namespace qstdlib
 

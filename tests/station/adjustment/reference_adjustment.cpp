@@ -1,4 +1,4 @@
-#include "tests/station/reference_adjustment.h"
+#include "tests/station/adjustment/reference_adjustment.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,15 +1,13 @@
 // Working records of the adjustment as tests write them: what is not given is absent.
-#ifndef QSTDLIB_TESTS_STATION_WORK_RECORD_H
-#define QSTDLIB_TESTS_STATION_WORK_RECORD_H
+#ifndef QSTDLIB_TESTS_STATION_ADJUSTMENT_WORK_RECORD_H
+#define QSTDLIB_TESTS_STATION_ADJUSTMENT_WORK_RECORD_H
 
 #include <cmath>
 #include <cstdint>
 #include <vector>
 
 #include "qstdlib/types.h"
-#include "station/adjustment.h"
-#include "station/approximation.h"
-#include "station/resect_work.h"
+#include "station/adjustment/resect_work.h"
 
 using qstdlib::ResectWorkRecord;
 using WorkRecords = std::vector<ResectWorkRecord>;

@@ -1,12 +1,11 @@
-// The working record of a target in the adjustment, and what its fields say is present.
-#ifndef QSTDLIB_STATION_RESECT_WORK_H
-#define QSTDLIB_STATION_RESECT_WORK_H
+// The records that the adjustment works on, and what their fields say is present.
+#ifndef QSTDLIB_STATION_ADJUSTMENT_RESECT_WORK_H
+#define QSTDLIB_STATION_ADJUSTMENT_RESECT_WORK_H
 
 #include <cstdint>
 
-#include "core/real_bits.h"
 #include "qstdlib/types.h"
-#include "station/adjust_result.h"
+#include "station/adjustment/adjust_result.h"
 
 namespace qstdlib {
 
@@ -31,9 +30,17 @@ struct ResectWorkRecord
     double heightValue; // height residual of a spatial adjustment, later this target's station height
 };
 
+// What the instrument measures to, before any adjustment.
+struct AdjustmentPrecision
+{
+    double angleSigma;           // arc-seconds
+    double distanceConstant;     // distance units
+    double distanceProportional; // per unit of distance
+};
+
 inline bool IsPresent(double component)
 {
-    return BitsOf(component) != BitsOf(MISSING_VALUE);
+    return component != MISSING_VALUE;
 }
 
 // Zenith angle and all three distances.

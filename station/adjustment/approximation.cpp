@@ -1,11 +1,11 @@
-#include "station/approximation.h"
+#include "station/adjustment/approximation.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/angle.h"
-#include "core/real_bits.h"
-#include "core/soft_arithmetic.h"
-#include "station/matrix.h"
+#include "station/adjustment/matrix.h"
 
 namespace qstdlib {
 
@@ -19,7 +19,6 @@ struct Approximation
     double easting;
     double height;
     double orientation;
-    OrientingSight sight;
 };
 
 struct Centre
@@ -31,27 +30,19 @@ struct Centre
 // Strictly below, so that the epsilon itself counts as a value.
 bool IsNearZero(double value)
 {
-    return IsWithin(value, MACHINE_EPSILON);
+    return std::fabs(value) < MACHINE_EPSILON;
 }
 
 // The next record from `begin` on that has a distance, or `end`.
 const ResectWorkRecord* NextWithDistance(int32_t mode, const ResectWorkRecord* begin, const ResectWorkRecord* end)
 {
-    while (begin != end && !HasUsableDistance(mode, *begin))
-    {
-        ++begin;
-    }
-    return begin;
+    return std::find_if(begin, end, [mode](const ResectWorkRecord& r) { return HasUsableDistance(mode, r); });
 }
 
 // The next record from `begin` on that has a direction, or `end`.
 const ResectWorkRecord* NextWithDirection(const ResectWorkRecord* begin, const ResectWorkRecord* end)
 {
-    while (begin != end && !IsPresent(begin->direction))
-    {
-        ++begin;
-    }
-    return begin;
+    return std::find_if(begin, end, [](const ResectWorkRecord& r) { return IsPresent(r.direction); });
 }
 
 // The directions neither coincide nor oppose each other, exactly.
@@ -117,30 +108,21 @@ const ResectWorkRecord* ThirdTarget(const ResectWorkRecord& i, const ResectWorkR
     return k;
 }
 
-void SetTriple(const ResectWorkRecord** chosen, const ResectWorkRecord* p1, const ResectWorkRecord* p2,
-               const ResectWorkRecord* p3)
-{
-    chosen[0] = p1;
-    chosen[1] = p2;
-    chosen[2] = p3;
-}
-
 // Puts neighbours together that do not coincide or oppose each other.
 void OrderTriple(const ResectWorkRecord* i, const ResectWorkRecord* j, const ResectWorkRecord* k,
                  const ResectWorkRecord** chosen)
 {
     if (!AreUsable(*i, *j))
     {
-        SetTriple(chosen, i, k, j);
+        std::swap(j, k);
     }
-    else if (AreUsable(*j, *k))
+    else if (!AreUsable(*j, *k))
     {
-        SetTriple(chosen, i, j, k);
+        std::swap(i, j);
     }
-    else
-    {
-        SetTriple(chosen, j, i, k);
-    }
+    chosen[0] = i;
+    chosen[1] = j;
+    chosen[2] = k;
 }
 
 int32_t SelectTriple(const ResectWorkRecord* begin, const ResectWorkRecord* end, const ResectWorkRecord** chosen)
@@ -183,9 +165,8 @@ bool CircleCentre(const ResectWorkRecord& a, const ResectWorkRecord& b, Centre& 
 // Sets the azimuth of the circle's zero, not reduced.
 void OrientBy(const ResectWorkRecord& target, Approximation& station)
 {
-    const double azimuth = std::atan2(target.easting - station.easting, target.northing - station.northing);
-    station.orientation = azimuth - target.direction;
-    station.sight = {&target, azimuth};
+    station.orientation =
+        std::atan2(target.easting - station.easting, target.northing - station.northing) - target.direction;
 }
 
 double HeightFrom(const ResectWorkRecord& target)
@@ -257,9 +238,8 @@ int32_t FromTwoDistances(int32_t mode, int16_t count, const ResectWorkRecord* wo
     }
     const double dN = p[1]->northing - p[0]->northing;
     const double dE = p[1]->easting - p[0]->easting;
-    const Divisor divisor(q);
-    const double kc = divisor.Into(dE * dy + dx * dN);
-    const double ks = divisor.Into(dy * dN - dE * dx);
+    const double kc = (dE * dy + dx * dN) / q;
+    const double ks = (dy * dN - dE * dx) / q;
     station.northing = p[0]->northing - x1 * kc - y1 * ks;
     station.easting = x1 * ks + p[0]->easting - y1 * kc;
     OrientBy(*p[0], station);
@@ -294,7 +274,7 @@ int32_t SelectTargets(int32_t mode, int32_t how, int16_t count, const ResectWork
 
 int32_t ApproximateStation(int32_t mode, int16_t count, const ResectWorkRecord* work, int32_t distances,
                            double** unknowns, int32_t* unknownCount, [[maybe_unused]] int32_t rows,
-                           int32_t* iterationLimit, OrientingSight* sight)
+                           int32_t* iterationLimit)
 {
     *iterationLimit = ITERATION_LIMIT;
     const auto approximate = distances < 2 ? FromThreeDirections : FromTwoDistances;
@@ -323,10 +303,6 @@ int32_t ApproximateStation(int32_t mode, int16_t count, const ResectWorkRecord* 
     }
     x[*unknownCount] = station.orientation;
     *unknowns = x;
-    if (sight != nullptr)
-    {
-        *sight = station.sight;
-    }
     return 0;
 }
 

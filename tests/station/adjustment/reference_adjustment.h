@@ -1,13 +1,13 @@
 // The adjustment once more, by another road: every observation is divided by its standard deviation, the spatial pair
 // being turned back into slope distance and zenith angle first, and the corrections come from an orthogonal
 // decomposition instead of normal equations.
-#ifndef QSTDLIB_TESTS_STATION_REFERENCE_ADJUSTMENT_H
-#define QSTDLIB_TESTS_STATION_REFERENCE_ADJUSTMENT_H
+#ifndef QSTDLIB_TESTS_STATION_ADJUSTMENT_REFERENCE_ADJUSTMENT_H
+#define QSTDLIB_TESTS_STATION_ADJUSTMENT_REFERENCE_ADJUSTMENT_H
 
 #include <cstdint>
 #include <vector>
 
-#include "tests/station/work_record.h"
+#include "tests/station/adjustment/work_record.h"
 
 struct ReferenceAdjustment
 {

@@ -1,12 +1,12 @@
 // A matrix of the toolkit that a test fills from a list and that releases itself.
-#ifndef QSTDLIB_TESTS_STATION_TEST_MATRIX_H
-#define QSTDLIB_TESTS_STATION_TEST_MATRIX_H
+#ifndef QSTDLIB_TESTS_STATION_ADJUSTMENT_TEST_MATRIX_H
+#define QSTDLIB_TESTS_STATION_ADJUSTMENT_TEST_MATRIX_H
 
 #include <cstdint>
 #include <initializer_list>
 #include <vector>
 
-#include "station/matrix.h"
+#include "station/adjustment/matrix.h"
 
 class TestMatrix
 {
