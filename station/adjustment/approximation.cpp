@@ -1,11 +1,11 @@
 #include "station/adjustment/approximation.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "core/angle.h"
 #include "station/adjustment/matrix.h"
+#include "station/adjustment/observations.h"
 
 namespace qstdlib {
 
@@ -36,13 +36,21 @@ bool IsNearZero(double value)
 // The next record from `begin` on that has a distance, or `end`.
 const ResectWorkRecord* NextWithDistance(int32_t mode, const ResectWorkRecord* begin, const ResectWorkRecord* end)
 {
-    return std::find_if(begin, end, [mode](const ResectWorkRecord& r) { return HasUsableDistance(mode, r); });
+    while (begin != end && !HasUsableDistance(mode, *begin))
+    {
+        ++begin;
+    }
+    return begin;
 }
 
 // The next record from `begin` on that has a direction, or `end`.
 const ResectWorkRecord* NextWithDirection(const ResectWorkRecord* begin, const ResectWorkRecord* end)
 {
-    return std::find_if(begin, end, [](const ResectWorkRecord& r) { return IsPresent(r.direction); });
+    while (begin != end && !IsPresent(begin->direction))
+    {
+        ++begin;
+    }
+    return begin;
 }
 
 // The directions neither coincide nor oppose each other, exactly.

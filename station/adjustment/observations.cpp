@@ -30,6 +30,17 @@ double WrapOnce(double radians)
 
 } // namespace
 
+bool HasDistances(const ResectWorkRecord& record)
+{
+    return IsPresent(record.zenith) && IsPresent(record.slopeDistance) && IsPresent(record.horizontalDistance) &&
+           IsPresent(record.verticalDifference);
+}
+
+bool HasUsableDistance(int32_t mode, const ResectWorkRecord& record)
+{
+    return HasDistances(record) && (mode != ADJUST_MODE_SPATIAL || IsPresent(record.height));
+}
+
 void CountObservations(int32_t* mode, int16_t count, const ResectWorkRecord* work, int32_t* directions,
                        int32_t* heights, int32_t* distances, int32_t* withHeight)
 {

@@ -6,6 +6,12 @@
 
 namespace qstdlib {
 
+// Zenith angle and all three distances.
+bool HasDistances(const ResectWorkRecord& record);
+
+// A distance that the mode can use: a spatial adjustment needs the target's height too.
+bool HasUsableDistance(int32_t mode, const ResectWorkRecord& record);
+
 // Counts the rows of directions, distances and (spatial only) vertical differences, and the records with a height;
 // lowers the mode to plan when no record has a height, or none a distance.
 void CountObservations(int32_t* mode, int16_t count, const ResectWorkRecord* work, int32_t* directions,

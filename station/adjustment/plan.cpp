@@ -109,10 +109,12 @@ Square NormalMatrix(const Row* rows, int32_t rowCount)
 
 bool AreFinite(const Square& m)
 {
-    const auto areFinite = [](const Vector& v) {
-        return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
-    };
-    return std::all_of(m.begin(), m.end(), areFinite);
+    double sum = 0.0; // infinite or NaN with any of its parts, and where it is too large itself
+    for (const Vector& row : m)
+    {
+        sum += row[0] + row[1] + row[2];
+    }
+    return std::isfinite(sum);
 }
 
 // Factors of a matrix, and the rows that were exchanged for them.

@@ -1,4 +1,4 @@
-// The records that the adjustment works on, and what their fields say is present.
+// The records that the adjustment works on.
 #ifndef QSTDLIB_STATION_ADJUSTMENT_RESECT_WORK_H
 #define QSTDLIB_STATION_ADJUSTMENT_RESECT_WORK_H
 
@@ -41,19 +41,6 @@ struct AdjustmentPrecision
 inline bool IsPresent(double component)
 {
     return component != MISSING_VALUE;
-}
-
-// Zenith angle and all three distances.
-inline bool HasDistances(const ResectWorkRecord& record)
-{
-    return IsPresent(record.zenith) && IsPresent(record.slopeDistance) && IsPresent(record.horizontalDistance) &&
-           IsPresent(record.verticalDifference);
-}
-
-// A distance that the mode can use: a spatial adjustment needs the target's height too.
-inline bool HasUsableDistance(int32_t mode, const ResectWorkRecord& record)
-{
-    return HasDistances(record) && (mode != ADJUST_MODE_SPATIAL || IsPresent(record.height));
 }
 
 } // namespace qstdlib

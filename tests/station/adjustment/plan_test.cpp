@@ -184,7 +184,7 @@ AdjustmentPrecision AnyPrecision(std::mt19937& random)
 uint32_t NumberOfSets()
 {
 #if defined(__arm__)
-    constexpr uint32_t DAILY = 10000; // an emulated processor
+    constexpr uint32_t DAILY = 4000; // an emulated processor
 #else
     constexpr uint32_t DAILY = 200000;
 #endif
@@ -224,9 +224,8 @@ TEST(AdjustInPlan, StopsAtOnceOnPerfectData)
     EXPECT_NEAR(0.0, a.work[1].distanceResidual, 1e-12);
 }
 
-// The toolkit's sums begin with 0.0, so that none of them is -0.0. Here all parts of a sum are: the third target lies due
-// north, in the direction -0.0 by an orientation of -0.0, and the contradiction of the distances moves the station
-// south.
+// The toolkit's sums begin with 0.0, so that none of them is -0.0. Here all parts of a sum are: the third target lies
+// due north, in the direction -0.0 by an orientation of -0.0, and the distances move the station along that line.
 TEST(AdjustInPlan, AddsZerosAsTheToolkitDoes)
 {
     for (const double contradiction : {-0.25, 0.25, -0.03125, 0.03125, 4.0, -4.0})
@@ -255,8 +254,8 @@ TEST(AdjustInPlan, TakesThreeBlocks)
 }
 
 // Distances without weight beside two directions on one line through the station, (0, 0): rows (-1/2, 1/2, 1) and
-// (-1/4, 1/4, 1). Eliminating the first unknown leaves 5/16 - 5/16 = 0 for the second. The tiny pivot in its place keeps
-// all numbers finite, and there is nothing to correct.
+// (-1/4, 1/4, 1). Eliminating the first unknown leaves 5/16 - 5/16 = 0 for the second. The tiny pivot in its place
+// keeps all numbers finite, and there is nothing to correct.
 TEST(AdjustInPlan, GoesOnAfterAPivotOfZero)
 {
     Ends ends = {};
