@@ -102,6 +102,7 @@ void MeasureMathematics()
     MeasureRoutine("__aeabi_dcmple", [](double a, double b) { return a <= b; });
     MeasureRoutine("__aeabi_dcmpgt", [](double a, double b) { return a > b; });
     MeasureRoutine("__aeabi_dcmpge", [](double a, double b) { return a >= b; });
+    MeasureRoutine("__aeabi_dcmpun", [](double a, double b) { return std::isunordered(a, b); });
     MeasureRoutine("__aeabi_d2iz", [](double a, double) { return static_cast<int32_t>(a); });
     MeasureRoutine("__aeabi_i2d", [](double a, double) {
         int32_t integer = 0;
