@@ -194,8 +194,9 @@ void Substitute(const Factors& factors, Vector& x)
             x[i] -= lu[i][j] * x[j];
         }
     }
-    for (size_t i = UNKNOWNS; i-- > 0;)
+    for (size_t i = UNKNOWNS; i > 0;)
     {
+        --i;
         for (size_t j = i + 1; j < UNKNOWNS; ++j)
         {
             x[i] -= lu[i][j] * x[j];
