@@ -77,8 +77,8 @@ ResectObservation SightTo(int32_t number, int32_t count)
     return sight;
 }
 
-// With r rows for n targets: 12 n reals of working records; r rows of a flag and four reals, in all five; residuals of r
-// reals and a spare one; the three unknowns of the first approximation and a spare one. A real has 8 bytes.
+// With r rows for n targets: 12 n reals of working records; r rows of a flag and four reals, in all five; residuals of
+// r reals and a spare one; the three unknowns of the first approximation and a spare one. A real has 8 bytes.
 size_t MostBytes(size_t targets, size_t rows)
 {
     return 8 * (12 * targets + 5 * rows + (rows + 1) + 4);
