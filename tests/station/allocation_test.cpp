@@ -98,13 +98,13 @@ int32_t Adjust(int32_t mode, WorkRecords& work, Outputs& o)
 
 } // namespace
 
-// Four sights, eight rows: work records of twelve reals; rows of a flag and four reals, in all five; v; X.
+// Four work records of twelve reals; eight rows of a flag and four reals, in all five; v of eight and a spare one; X.
 TEST(Allocation, TakesTheScratchOfTheMultiPointResectionInItsFixedOrder)
 {
     constexpr size_t REAL = sizeof(double);
     const AllocationWatch watch;
     ASSERT_EQ(QSTD_OK, Resect(FourDistances()).status);
-    EXPECT_THAT(watch.Sizes(), ElementsAre(4 * 12 * REAL, 8 * 5 * REAL, 9 * REAL, 4 * REAL));
+    EXPECT_THAT(watch.Sizes(), ElementsAre(48 * REAL, 40 * REAL, 9 * REAL, 4 * REAL));
     EXPECT_THAT(watch.Outstanding(), IsEmpty());
 }
 

@@ -31,9 +31,9 @@ constexpr double UNWRITTEN = -4711.0;
 
 // L, X, l, dx and v are blocks of one, P, A and Q of two. The inversion has P A, N, factors, solution and residual of
 // two, index and scales of one; the corrections have two products.
-constexpr size_t SET_UP_BLOCKS = 5 + 3 * 2;
-constexpr size_t INVERSION_BLOCKS = 5 * 2 + 2;
-constexpr size_t ITERATION_BLOCKS = INVERSION_BLOCKS + 2 * 2;
+constexpr size_t SET_UP_BLOCKS = 5 + 6;
+constexpr size_t INVERSION_BLOCKS = 10 + 2;
+constexpr size_t ITERATION_BLOCKS = INVERSION_BLOCKS + 4;
 
 const double NOT_A_NUMBER = std::nan("");
 
