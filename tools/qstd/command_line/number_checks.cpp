@@ -46,6 +46,16 @@ CLI::Validator SigmaCheck()
     return {check, ""};
 }
 
+CLI::Validator PpmCheck()
+{
+    const auto check = [](const std::string& text) -> std::string {
+        const std::optional<double> value = ParseReal(text);
+        const bool isPpm = value && *value >= 0.0 && *value <= LONGEST_LENGTH;
+        return isPpm ? "" : "not a part of the distance; write a number such as 2, or 0";
+    };
+    return {check, ""};
+}
+
 CLI::Validator RefractionCheck()
 {
     const auto check = [](const std::string& text) -> std::string {

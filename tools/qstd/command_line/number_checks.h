@@ -21,6 +21,9 @@ CLI::Validator FactorCheck();
 /** A standard deviation: above 0, and not beyond any length. */
 CLI::Validator SigmaCheck();
 
+/** Millionths of a distance: 0 or more, and finite. */
+CLI::Validator PpmCheck();
+
 /** One of the instrument's coefficients of refraction, or off. */
 CLI::Validator RefractionCheck();
 

@@ -117,7 +117,7 @@ void AddExpectation(Verb& verb, StationOptions& options)
     verb.app
         ->add_option("--sigma-ppm", options.sigmaPpm,
                      "Its part that grows with the distance, in millionths; 2 when not given")
-        ->check(CLI::NonNegativeNumber)
+        ->check(PpmCheck())
         ->type_name("PPM");
 }
 

@@ -9,7 +9,6 @@
 #include "station/plan_adjustment.h"
 
 #include <cstddef>
-#include <optional>
 #include <vector>
 
 namespace qstd {
@@ -40,14 +39,15 @@ struct Fit
     double ratio = 0.0; /**< standard deviation found over the one expected; meaningful with redundancy only */
     std::vector<ObservationCheck> checks;
 
+    /** Not finite is no fit either. */
     [[nodiscard]] bool IsMild() const
     {
-        return redundancy > 0 && ratio >= MILD_MISFIT;
+        return redundancy > 0 && !(ratio < MILD_MISFIT);
     }
 
     [[nodiscard]] bool IsStrong() const
     {
-        return redundancy > 0 && ratio >= STRONG_MISFIT;
+        return redundancy > 0 && !(ratio < STRONG_MISFIT);
     }
 
     [[nodiscard]] bool HasMarked() const;

@@ -60,7 +60,7 @@ double HeightSigma(const PreparedSight& sight, double ground, bool isByDistance,
     const double mark = FromMetres(expected.mark, request.unit);
     if (isByDistance)
     {
-        const double slope = ground / std::sin(zenith);
+        const double slope = std::hypot(ground, *sight.verticalDifference);
         const double distance = FromMetres(expected.distance, request.unit) + expected.distanceProportion * slope;
         return std::sqrt(Squared(ground * expected.zenith) + Squared(distance * std::cos(zenith)) + Squared(mark));
     }
@@ -69,27 +69,10 @@ double HeightSigma(const PreparedSight& sight, double ground, bool isByDistance,
                      Squared(planSigma / std::tan(zenith)) + Squared(mark));
 }
 
-double GroundDistance(const PreparedSight& sight, const PointRecord& station)
-{
-    if (sight.target == nullptr)
-    {
-        return sight.horizontalDistance.value_or(0.0);
-    }
-    return std::hypot(sight.target->point.northing - station.northing, sight.target->point.easting - station.easting);
-}
-
 /** How far the plan position is uncertain, in the unit of the job. */
 double PlanSigma(const StationSolution& solution, const StationRequest& request)
 {
     return solution.plan ? FromMetres(WEIGHT_DIRECTION * AxesOf(solution.plan->cofactors).major, request.unit) : 0.0;
-}
-
-void ResidualsOfHeight(StationSolution& solution, const std::vector<size_t>& chosen, const std::vector<double>& heights)
-{
-    for (size_t i = 0; i < chosen.size(); ++i)
-    {
-        solution.residuals[chosen[i]].height = heights[i] - solution.station.position.height;
-    }
 }
 
 void TakeMean(ResectStation& station, const std::vector<double>& heights)
@@ -105,44 +88,17 @@ void TakeMean(ResectStation& station, const std::vector<double>& heights)
     station.heightSpread = *highest - *lowest;
 }
 
-/** The mean height from all sights to a target: their own errors are averaged, that of mark and reflector is not. */
-HeightValue TargetValue(const StationSolution& solution, const KnownPoint* point,
-                        const std::vector<HeightValue>& values, double mark)
+/** The points that the heights come from, each once, and where each of them stands in the list. */
+void ListHeightPoints(StationSolution& solution)
 {
-    double sum = 0.0;
-    double variance = 0.0;
-    double count = 0.0;
-    for (size_t i = 0; i < values.size(); ++i)
-    {
-        if (HeightPoint(solution.sights[solution.heightSights[i]]) == point)
-        {
-            sum += values[i].height - values.front().height;
-            variance += Squared(values[i].sigma) - Squared(mark);
-            count += 1.0;
-        }
-    }
-    return {values.front().height + sum / count, std::sqrt(variance / (count * count) + Squared(mark))};
-}
-
-/** Checks the heights, sight by sight and target by target. */
-void CheckHeights(StationSolution& solution, const std::vector<HeightValue>& values, const StationRequest& request)
-{
-    solution.heightFit = FitOfHeights(values);
     for (const size_t sight : solution.heightSights)
     {
         const KnownPoint* const point = HeightPoint(solution.sights[sight]);
-        if (std::find(solution.heightPoints.begin(), solution.heightPoints.end(), point) == solution.heightPoints.end())
+        if (solution.heightPlaces.emplace(point, solution.heightPoints.size()).second)
         {
             solution.heightPoints.push_back(point);
         }
     }
-    std::vector<HeightValue> ofTargets;
-    ofTargets.reserve(solution.heightPoints.size());
-    for (const KnownPoint* const point : solution.heightPoints)
-    {
-        ofTargets.push_back(TargetValue(solution, point, values, request.expectation.mark));
-    }
-    solution.targetHeightFit = FitOfHeights(ofTargets);
 }
 
 } // namespace
@@ -150,6 +106,51 @@ void CheckHeights(StationSolution& solution, const std::vector<HeightValue>& val
 const KnownPoint* HeightPoint(const PreparedSight& sight)
 {
     return sight.benchmark != nullptr ? sight.benchmark : sight.target;
+}
+
+Fit FitOfTargetHeights(const StationSolution& solution, const std::vector<HeightValue>& values, double mark)
+{
+    struct Sum
+    {
+        double height = 0.0;
+        double variance = 0.0;
+        double count = 0.0;
+    };
+    std::vector<Sum> sums(solution.heightPoints.size());
+    for (size_t i = 0; i < values.size(); ++i)
+    {
+        Sum& sum = sums[solution.heightPlaces.at(HeightPoint(solution.sights[solution.heightSights[i]]))];
+        sum.height += values[i].height - values.front().height;
+        sum.variance += Squared(values[i].sigma) - Squared(mark);
+        sum.count += 1.0;
+    }
+    std::vector<HeightValue> ofTargets;
+    ofTargets.reserve(sums.size());
+    for (const Sum& sum : sums)
+    {
+        ofTargets.push_back({values.front().height + sum.height / sum.count,
+                             std::sqrt(sum.variance / Squared(sum.count) + Squared(mark))});
+    }
+    return FitOfHeights(ofTargets);
+}
+
+void SetHeightResiduals(StationSolution& solution, const StationRequest& request)
+{
+    for (const size_t i : solution.heightSights)
+    {
+        const std::optional<double> height =
+            HeightFrom(solution.sights[i], solution.station.position, solution.isHeightByDistance, request);
+        solution.residuals[i].height = *height - solution.station.position.height;
+    }
+}
+
+double DistanceTo(const PreparedSight& sight, const PointRecord& station)
+{
+    if (sight.target == nullptr)
+    {
+        return sight.horizontalDistance.value_or(0.0);
+    }
+    return std::hypot(sight.target->point.northing - station.northing, sight.target->point.easting - station.easting);
 }
 
 std::optional<double> HeightFrom(const PreparedSight& sight, const PointRecord& station, bool isByDistance,
@@ -160,7 +161,7 @@ std::optional<double> HeightFrom(const PreparedSight& sight, const PointRecord& 
     {
         return std::nullopt;
     }
-    const double distance = ToMetres(GroundDistance(sight, station), request.unit);
+    const double distance = ToMetres(DistanceTo(sight, station), request.unit);
     const double rise = isByDistance
                             ? *sight.verticalDifference
                             : FromMetres(RiseByZenith(distance, *sight.zenith, request.instrument), request.unit);
@@ -169,14 +170,10 @@ std::optional<double> HeightFrom(const PreparedSight& sight, const PointRecord& 
 
 void SolveHeight(StationSolution& solution, const StationRequest& request, bool isLibraryHeight)
 {
-    // The height of a known line is that from the point where it begins.
-    if (solution.method == StationMethod::KNOWN_LINE)
-    {
-        return;
-    }
     const bool isByDistance = !HeightSights(solution, true).empty();
     std::vector<size_t> chosen = HeightSights(solution, isByDistance);
-    if (chosen.empty() || (solution.method == StationMethod::TWO_POINT && !isByDistance))
+    const bool isLine = solution.method == StationMethod::KNOWN_LINE;
+    if (chosen.empty() || (solution.method == StationMethod::TWO_POINT && !isByDistance) || (isLine && !isByDistance))
     {
         return;
     }
@@ -189,23 +186,24 @@ void SolveHeight(StationSolution& solution, const StationRequest& request, bool 
         const PreparedSight& sight = solution.sights[i];
         const double height = *HeightFrom(sight, station.position, isByDistance, request);
         heights.push_back(height);
-        const double sigma =
-            HeightSigma(sight, GroundDistance(sight, station.position), isByDistance, planSigma, request);
+        const double sigma = HeightSigma(sight, DistanceTo(sight, station.position), isByDistance, planSigma, request);
         values.push_back({ToMetres(height, request.unit), ToMetres(sigma, request.unit)});
         solution.heightSigmas.push_back(values.back().sigma);
     }
     const bool hasBenchmark = std::any_of(chosen.begin(), chosen.end(), [&solution](size_t sight) {
         return solution.sights[sight].benchmark != nullptr;
     });
-    if (!isLibraryHeight || hasBenchmark)
+    // The height of a known line is that from the point where it begins; the other only checks it.
+    if ((!isLibraryHeight || hasBenchmark) && !isLine)
     {
         TakeMean(station, heights);
     }
     solution.isHeightByDistance = isByDistance;
-    solution.heightTargets = chosen.size();
     solution.heightSights = std::move(chosen);
-    CheckHeights(solution, values, request);
-    ResidualsOfHeight(solution, solution.heightSights, heights);
+    ListHeightPoints(solution);
+    solution.heightTargets = isLine ? solution.heightTargets : solution.heightPoints.size();
+    solution.heightFit = FitOfHeights(values);
+    solution.targetHeightFit = FitOfTargetHeights(solution, values, request.expectation.mark);
 }
 
 double HeightMisfitAt(const std::vector<PreparedSight>& sights, const PointRecord& station,
@@ -220,7 +218,7 @@ double HeightMisfitAt(const std::vector<PreparedSight>& sights, const PointRecor
         }
         const bool isByDistance = sight.verticalDifference.has_value();
         const double height = *HeightFrom(sight, station, isByDistance, request);
-        const double sigma = HeightSigma(sight, GroundDistance(sight, station), isByDistance, 0.0, request);
+        const double sigma = HeightSigma(sight, DistanceTo(sight, station), isByDistance, 0.0, request);
         values.push_back({ToMetres(height, request.unit), ToMetres(sigma, request.unit)});
     }
     return FitOfHeights(values).ratio;

@@ -27,6 +27,18 @@ const KnownPoint* HeightPoint(const PreparedSight& sight);
 std::optional<double> HeightFrom(const PreparedSight& sight, const PointRecord& station, bool isByDistance,
                                  const StationRequest& request);
 
+/** Plan distance from a station to the target of a sight; measured where the target has no plan coordinates. */
+double DistanceTo(const PreparedSight& sight, const PointRecord& station);
+
+/** Fills in the height residuals of the sights that the height is the mean of. */
+void SetHeightResiduals(StationSolution& solution, const StationRequest& request);
+
+/**
+ * How the heights from different targets fit: of each the mean over its sights, whose own errors are averaged, while that
+ * of the mark with its reflector is not. @param values  of heightSights; @param mark  standard deviation of a mark
+ */
+Fit FitOfTargetHeights(const StationSolution& solution, const std::vector<HeightValue>& values, double mark);
+
 /** How far the heights of the used sights lie apart at a plan position, in standard deviations as expected; or 0. */
 double HeightMisfitAt(const std::vector<PreparedSight>& sights, const PointRecord& station,
                       const StationRequest& request);

@@ -52,7 +52,7 @@ void LeaveOneOut(StationSolution& solution)
         const std::optional<double>& sigma = solution.leftOut.back().directionSigma;
         const bool isBest =
             sigma && (!solution.bestLeftOut || *sigma < *solution.leftOut[*solution.bestLeftOut].directionSigma);
-        if (isBest && (solution.fit.IsStrong() || solution.fit.HasMarked()))
+        if (isBest && (solution.fit.IsMild() || !solution.suspects.empty()))
         {
             solution.bestLeftOut = i;
         }

@@ -33,8 +33,7 @@ std::string LengthText(double length, LinearUnit unit)
 
 std::string PlanMisfit(const StationSolution& solution, AngleForm angles)
 {
-    const double found = solution.fit.ratio * WEIGHT_DIRECTION;
-    const double sigma = solution.ellipse ? solution.ellipse->unitDirectionSigma : found;
+    const double sigma = std::sqrt(solution.plan->squareSum / static_cast<double>(solution.fit.redundancy));
     return fmt::format("{}: one direction ± {}, {} times what is expected",
                        solution.fit.IsStrong() ? "the sights do not fit" : "the sights fit badly",
                        AngleText(sigma, angles), FormatFixed(solution.fit.ratio, solution.fit.ratio < 10.0 ? 1 : 0));
@@ -58,14 +57,22 @@ std::string SightName(const Suspect& suspect, const StationSolution& solution)
     {
         sights += other.sight->target == sight.target ? 1U : 0U;
     }
-    const bool isOneOfMany = sights > 1 && suspect.kind != SuspectKind::POINT;
+    const bool isOneOfMany = sights > 1 && suspect.kind != SuspectKind::POINT && !suspect.isWholeTarget;
     return isOneOfMany ? fmt::format("{} in line {}", sight.target, sight.line) : sight.target;
+}
+
+/** True where there is a suspect of the heights, or one of the plan. */
+bool IsSuspected(const StationSolution& solution, bool isOfHeights)
+{
+    return std::any_of(solution.suspects.begin(), solution.suspects.end(), [isOfHeights](const Suspect& suspect) {
+        return (suspect.kind == SuspectKind::HEIGHT) == isOfHeights;
+    });
 }
 
 /** Where the residual is marked but no sight stands out when it is left out. */
 bool HasUnexplainedMark(const StationSolution& solution)
 {
-    return solution.fit.HasMarked() && !solution.fit.IsMild() && solution.suspects.empty();
+    return solution.fit.HasMarked() && !solution.fit.IsMild() && !IsSuspected(solution, false);
 }
 
 } // namespace
@@ -150,7 +157,8 @@ std::vector<std::string> MisfitTexts(const StationSolution& solution, AngleForm 
     {
         texts.push_back(PlanMisfit(solution, angles));
     }
-    if (solution.AreHeightsDoubtful())
+    const bool isHeightMisfit = solution.heightFit.IsMild() || solution.targetHeightFit.IsMild();
+    if (isHeightMisfit)
     {
         texts.push_back(HeightMisfit(solution));
     }
@@ -161,6 +169,10 @@ std::vector<std::string> MisfitTexts(const StationSolution& solution, AngleForm 
     for (const std::string& cause : solution.causes)
     {
         texts.push_back(cause);
+    }
+    if (solution.AreHeightsDoubtful() && !isHeightMisfit && !IsSuspected(solution, true))
+    {
+        texts.emplace_back("the heights differ by more than chance makes them (*), but no single one explains it");
     }
     if (HasUnexplainedMark(solution))
     {

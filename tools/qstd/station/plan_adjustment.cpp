@@ -253,6 +253,12 @@ std::vector<PlanObservation> PlanObservations(const std::vector<PreparedSight>& 
             observation.weight =
                 Squared(WEIGHT_DIRECTION) / (Squared(WEIGHT_DISTANCE) + Squared(WEIGHT_PROPORTION * distance));
             observation.sigma = expectation.distance + expectation.distanceProportion * distance;
+            if (sights[i].sight->slopeDistance)
+            {
+                // The zenith angle that reduces a steep slope distance has its share.
+                observation.sigma +=
+                    std::fabs(ToMetres(sights[i].verticalDifference.value_or(0.0), unit)) * expectation.zenith;
+            }
             observations.push_back(observation);
         }
     }

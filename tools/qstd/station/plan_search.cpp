@@ -12,7 +12,7 @@ namespace {
 constexpr double PI = 3.14159265358979323846;
 
 /** More places than these give no better start; pairs and triples of them are tried all. */
-constexpr size_t MOST_PLACES = 9;
+constexpr size_t MOST_PLACES = 7;
 
 /** So many of the best starting positions are adjusted. */
 constexpr size_t MOST_STARTS = 4;
@@ -216,7 +216,7 @@ double OrientationAt(const std::vector<PlanObservation>& observations, const Pla
 }
 
 /** How far the observations are from a position: the sum of residuals, which one blunder does not rule. */
-double Distance(const std::vector<PlanObservation>& observations, const PlanPosition& position)
+double SumOfResiduals(const std::vector<PlanObservation>& observations, const PlanPosition& position)
 {
     double sum = 0.0;
     for (const PlanObservation& observation : observations)
@@ -226,18 +226,27 @@ double Distance(const std::vector<PlanObservation>& observations, const PlanPosi
     return sum;
 }
 
-/** Where a start lies; square sums of large set-ups are formed with some of the observations only. */
-std::vector<PlanObservation> Sample(const std::vector<PlanObservation>& observations)
+/** One direction and one distance to each place: enough to tell where a start lies. */
+std::vector<PlanObservation> Sample(const std::vector<PlanObservation>& observations, const std::vector<Place>& places)
 {
-    constexpr size_t MOST = 64;
-    if (observations.size() <= MOST)
-    {
-        return observations;
-    }
     std::vector<PlanObservation> sample;
-    for (size_t i = 0; i < MOST; ++i)
+    for (const Place& place : places)
     {
-        sample.push_back(observations[i * observations.size() / MOST]);
+        PlanObservation one;
+        one.northing = place.northing;
+        one.easting = place.easting;
+        one.value = Direction(place);
+        sample.push_back(one);
+        if (!place.distances.empty())
+        {
+            one.kind = ObservationKind::DISTANCE;
+            one.value = Median(place.distances);
+            // The weights of distances differ little; that of any will do.
+            one.weight = std::find_if(observations.begin(), observations.end(), [](const PlanObservation& o) {
+                             return o.kind == ObservationKind::DISTANCE;
+                         })->weight;
+            sample.push_back(one);
+        }
     }
     return sample;
 }
@@ -245,12 +254,13 @@ std::vector<PlanObservation> Sample(const std::vector<PlanObservation>& observat
 /** The best starting positions, oriented. */
 Positions BestStarts(const std::vector<PlanObservation>& observations)
 {
-    const std::vector<PlanObservation> sample = Sample(observations);
+    const std::vector<Place> places = ChosenPlaces(PlacesOf(observations));
+    const std::vector<PlanObservation> sample = Sample(observations, places);
     std::vector<std::pair<double, PlanPosition>> ranked;
-    for (PlanPosition position : ClosedPositions(ChosenPlaces(PlacesOf(observations))))
+    for (PlanPosition position : ClosedPositions(places))
     {
         position.orientation = OrientationAt(sample, position);
-        const double distance = Distance(sample, position);
+        const double distance = SumOfResiduals(sample, position);
         if (std::isfinite(distance))
         {
             ranked.emplace_back(distance, position);
@@ -291,6 +301,11 @@ PlaceCount CountPlaces(const std::vector<PlanObservation>& observations)
     }
     const auto measured = std::count_if(places.begin(), places.end(), [](const auto& place) { return place.second; });
     return {places.size(), static_cast<size_t>(measured)};
+}
+
+bool AreDistancesScarce(const std::vector<PlanObservation>& observations)
+{
+    return !HasWideDistances(PlacesOf(observations));
 }
 
 bool CanDetermine(const PlaceCount& count)

@@ -16,9 +16,18 @@ struct PlaceCount
 {
     size_t places = 0;
     size_t measured = 0;
+
+    /** What is left where repeated readings count once; 0 also where there is less than a station needs. */
+    [[nodiscard]] size_t Redundancy() const
+    {
+        return places + measured < 3 ? 0 : places + measured - 3;
+    }
 };
 
 PlaceCount CountPlaces(const std::vector<PlanObservation>& observations);
+
+/** True where no two distances go to places apart from each other: such observations may allow two stations. */
+bool AreDistancesScarce(const std::vector<PlanObservation>& observations);
 
 /** True where the observations can determine a station: three places, or two and a distance to one of them. */
 bool CanDetermine(const PlaceCount& count);

@@ -240,8 +240,11 @@ const std::vector<CsvColumn> LEFT_OUT_COLUMNS = {
 
 // What the other observations say of those of the sight.
 const std::vector<CsvColumn> CHECK_COLUMNS = {
-    {"fits", [](const StationSolution& s, size_t,
-                const ReportStyle&) { return s.IsSolved() && s.IsChecked() ? std::string(s.Fits() ? "1" : "0") : ""; }},
+    {"fits",
+     [](const StationSolution& s, size_t, const ReportStyle&) {
+         const std::optional<bool> verdict = s.Verdict();
+         return verdict ? std::string(*verdict ? "1" : "0") : "";
+     }},
     {"direction_redundancy", RedundancyCell<ObservationKind::DIRECTION>},
     {"direction_standardised", StandardisedCell<ObservationKind::DIRECTION>},
     {"distance_redundancy", RedundancyCell<ObservationKind::DISTANCE>},

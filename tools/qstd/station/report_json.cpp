@@ -260,7 +260,7 @@ Json SetUpObject(const StationSolution& solution, const ReportStyle& style)
     object["solved"] = solution.IsSolved();
     object["status"] = solution.status;
     object["status_name"] = OutcomeName(solution);
-    object["fits"] = !solution.IsSolved() ? Json(false) : solution.IsChecked() ? Json(solution.Fits()) : Json(nullptr);
+    object["fits"] = solution.Verdict() ? Json(*solution.Verdict()) : Json(nullptr);
     object["method"] = MethodName(solution.method);
     object["adjusted_by"] = solution.isByTool ? "tool" : "library";
     object["targets"] = TargetNames(solution);

@@ -57,7 +57,8 @@ std::string MethodLines(const StationSolution& solution)
     text += solution.choice.empty() ? "\n" : fmt::format("; chosen for {}\n", solution.choice);
     if (solution.isByTool)
     {
-        text += "  adjusted by qstd itself, with the same weights: the library found no station from these sights\n";
+        text +=
+            "  adjusted by qstd itself, with the same weights: the library found no station that stands the proof\n";
     }
     return text;
 }

@@ -48,6 +48,10 @@ std::string ReasonAgainst(const PreparedSight& prepared, const SetUp& setUp, con
     {
         return NotKnown(prepared.sight->target, points);
     }
+    if ((prepared.target->point.flags & POINT_HAS_PLAN) == 0 && !prepared.sight->isWanted)
+    {
+        return "kept out (use 0)";
+    }
     if ((prepared.target->point.flags & POINT_HAS_PLAN) == 0)
     {
         return (prepared.target->point.flags & POINT_HAS_HEIGHT) != 0 ? "height only, but no distance and zenith"

@@ -1,6 +1,7 @@
 #include "station/station_doubts.h"
 
 #include "station/misfit_text.h"
+#include "station/plan_search.h"
 #include "station/small_length.h"
 #include "text/angle_text.h"
 
@@ -36,7 +37,7 @@ std::vector<const PreparedSight*> Places(const std::vector<PreparedSight>& taken
         {
             places.push_back(&sight);
         }
-        // Who needs more than a circle has enough.
+        // So many places show their circle; more would take time.
         if (places.size() > MOST_SIGHTS)
         {
             break;
@@ -277,7 +278,9 @@ StationDoubts FindDoubts(const StationSolution& solution, const std::vector<Prep
     StationDoubts doubts;
     doubts.hasNoRedundancy = solution.Redundancy() == 0;
     const std::vector<const PreparedSight*> places = Places(taken);
-    doubts.hasTwoTargets = places.size() == 2 && !doubts.hasNoRedundancy;
+    doubts.isOnlyRepeated = !doubts.hasNoRedundancy && !solution.observations.empty() &&
+                            CountPlaces(solution.observations).Redundancy() == 0;
+    doubts.hasTwoTargets = places.size() == 2 && !doubts.hasNoRedundancy && !doubts.isOnlyRepeated;
     doubts.onlyHeightTarget = solution.heightPoints.size() == 1 ? solution.heightPoints.front()->id : "";
     if (places.size() == 2)
     {
@@ -319,6 +322,11 @@ std::vector<std::string> DoubtTexts(const StationSolution& solution, AngleForm a
     if (doubts.hasNoRedundancy && withRedundancy)
     {
         texts.emplace_back("no redundancy: the sights fit exactly, and the precision is unknown");
+    }
+    if (doubts.isOnlyRepeated)
+    {
+        texts.emplace_back(
+            "only repeated readings check each other: a wrong coordinate, name or target would not show");
     }
     if (doubts.hasTwoTargets)
     {

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
+#include <utility>
 
 namespace qstd {
 
@@ -51,6 +53,12 @@ void KeepAskedTargets(std::vector<PreparedSight>& sights, const std::vector<std:
             std::find(targets.begin(), targets.end(), sight.sight->target) == targets.end())
         {
             sight.isUsed = false;
+            sight.remark = "not among the targets named";
+        }
+        if (sight.benchmark != nullptr && !targets.empty() &&
+            std::find(targets.begin(), targets.end(), sight.sight->target) == targets.end())
+        {
+            sight.benchmark = nullptr;
             sight.remark = "not among the targets named";
         }
     }
@@ -121,8 +129,9 @@ ResectStation StationFrom(const PlanAdjustment& plan, size_t redundancy, LinearU
 void Complete(StationSolution& solution, const StationRequest& request, bool isLibraryHeight)
 {
     solution.station.orientation = WithinCircle(solution.station.orientation);
-    ComputeResiduals(solution, request.instrument);
     SolveHeight(solution, request, isLibraryHeight);
+    ComputeResiduals(solution, request.instrument);
+    SetHeightResiduals(solution, request);
     if (solution.plan)
     {
         solution.fit = FitOfPlan(solution.observations, *solution.plan);
@@ -169,7 +178,7 @@ void SolveByTool(StationSolution& solution, const StationRequest& request)
         return;
     }
     // Of several that do not fit one is as bad as the other; that they do not fit is then what matters.
-    if (found.size() > 1 && FitOfPlan(solution.observations, found.front()).ratio < MILD_MISFIT)
+    if (found.size() > 1 && !FitOfPlan(solution.observations, found.front()).IsStrong())
     {
         solution.outcome = Outcome::AMBIGUOUS;
         for (const PlanAdjustment& plan : found)
@@ -224,10 +233,14 @@ bool HasPrecisionOf(const PlanAdjustment& plan, const ResectStation& library, co
                                           isSame(library.eastingPrecision, own.eastingPrecision));
 }
 
-/** True where the first approximation may be one of two: two places, and a distance to one of them. */
-bool MayBeAmbiguous(const PlaceCount& count)
+/**
+ * True where the sights may allow two stations: few places, and no distances to two of them apart from each other. The
+ * library would take one of these without a word.
+ */
+bool MayBeAmbiguous(const StationSolution& solution, const PlaceCount& count)
 {
-    return count.places == 2 && count.measured == 1;
+    constexpr size_t FEW_PLACES = 4;
+    return count.places <= FEW_PLACES && count.measured > 0 && AreDistancesScarce(solution.observations);
 }
 
 void SolveByAdjustment(StationSolution& solution, const StationRequest& request)
@@ -241,7 +254,8 @@ void SolveByAdjustment(StationSolution& solution, const StationRequest& request)
         return;
     }
     Adjustment adjustment;
-    if (solution.used <= MOST_SIGHTS && !MayBeAmbiguous(count))
+    const bool mayBeAmbiguous = MayBeAmbiguous(solution, count) && FindStations(solution.observations).size() > 1;
+    if (solution.used <= MOST_SIGHTS && !mayBeAmbiguous)
     {
         adjustment = AdjustSights(solution.sights, solution.observations, request.unit);
     }
@@ -418,6 +432,13 @@ std::vector<PlanObservation> ClosedObservations(const StationSolution& solution,
     return observations;
 }
 
+void WithoutDistances(std::vector<PlanObservation>& observations)
+{
+    observations.erase(std::remove_if(observations.begin(), observations.end(),
+                                      [](const PlanObservation& o) { return o.kind == ObservationKind::DISTANCE; }),
+                       observations.end());
+}
+
 /** The position of a closed solution with its orientation from north, metres and radians. */
 PlanPosition ClosedPosition(const StationSolution& solution, LinearUnit unit)
 {
@@ -455,7 +476,12 @@ void SolveByClosedMethod(StationSolution& solution, const StationRequest& reques
     solution.heightTargets = result.heightTargets;
     solution.isHeightByDistance = solution.method != StationMethod::THREE_POINT;
     solution.observations = PlanObservations(solution.sights, request.unit, request.expectation);
-    if (solution.method == StationMethod::TWO_POINT)
+    if (solution.method == StationMethod::THREE_POINT)
+    {
+        WithoutDistances(solution.observations);
+    }
+    // A known line between known points measures its length twice, as two points with two distances do.
+    if (!solution.isLineByAzimuth)
     {
         solution.plan = AdjustPlan(solution.observations, position);
     }
@@ -510,11 +536,8 @@ const ObservationCheck* CheckOf(const StationSolution& solution, size_t sight, O
 
 const ObservationCheck* TargetHeightCheckOf(const StationSolution& solution, size_t sight)
 {
-    const KnownPoint* const point = HeightPoint(solution.sights[sight]);
-    const auto& targets = solution.heightPoints;
-    const auto found = std::find(targets.begin(), targets.end(), point);
-    return found == targets.end() ? nullptr
-                                  : &solution.targetHeightFit.checks[static_cast<size_t>(found - targets.begin())];
+    const auto found = solution.heightPlaces.find(HeightPoint(solution.sights[sight]));
+    return found == solution.heightPlaces.end() ? nullptr : &solution.targetHeightFit.checks[found->second];
 }
 
 const ObservationCheck* HeightCheckOf(const StationSolution& solution, size_t sight)
@@ -527,9 +550,10 @@ const ObservationCheck* HeightCheckOf(const StationSolution& solution, size_t si
 std::vector<std::string> TargetNames(const StationSolution& solution)
 {
     std::vector<std::string> names;
+    std::unordered_set<std::string> seen;
     for (const PreparedSight& sight : solution.sights)
     {
-        if (sight.isUsed && std::find(names.begin(), names.end(), sight.sight->target) == names.end())
+        if (sight.isUsed && seen.insert(sight.sight->target).second)
         {
             names.push_back(sight.sight->target);
         }

@@ -19,6 +19,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace qstd {
@@ -90,6 +91,7 @@ struct StationDoubts
     bool isInLineOpposite = false;
     std::optional<Sensitivity> sensitivity; /**< of three directions, else where there is a doubt */
     bool hasNoRedundancy = false;
+    bool isOnlyRepeated = false;  /**< repeated readings check each other, and nothing the targets */
     bool hasTwoTargets = false;   /**< exchanged or mirrored they would fit as well */
     std::string onlyHeightTarget; /**< the one target that the height rests on; empty: none or more than one */
 };
@@ -121,6 +123,7 @@ struct Suspect
     SuspectKind kind = SuspectKind::DIRECTION;
     size_t sight = 0;            /**< of a point, the first one to it */
     std::optional<double> error; /**< observed less what the others ask for; radians, or the unit of the job */
+    bool isWholeTarget = false;  /**< of a height: that from all sights to the target */
     std::optional<double> fit;   /**< without it: of one direction, radians; of a height, in the unit of the job */
 };
 
@@ -145,11 +148,12 @@ struct StationSolution
     std::vector<double> heightSigmas;            /**< expected of each of these, metres */
     Fit heightFit;                               /**< one check for each of these, metres */
     std::vector<const KnownPoint*> heightPoints; /**< their targets, each once */
-    Fit targetHeightFit;                         /**< one check a target, metres: of what its sights have in common */
-    std::vector<PointRecord> candidates;         /**< of an ambiguous station, in the unit of the job */
-    std::vector<Suspect> suspects;               /**< most likely first; none where nothing is wrong */
-    std::vector<std::string> causes;             /**< changes of the input with which the sights would fit, in words */
-    std::optional<double> markHeight;            /**< of the ground mark */
+    std::unordered_map<const KnownPoint*, size_t> heightPlaces; /**< their places in heightPoints */
+    Fit targetHeightFit;                 /**< one check a target, metres: of what its sights have in common */
+    std::vector<PointRecord> candidates; /**< of an ambiguous station, in the unit of the job */
+    std::vector<Suspect> suspects;       /**< most likely first; none where nothing is wrong */
+    std::vector<std::string> causes;     /**< changes of the input with which the sights would fit, in words */
+    std::optional<double> markHeight;    /**< of the ground mark */
     size_t used = 0;
     size_t directions = 0;
     size_t distances = 0;
@@ -204,6 +208,16 @@ struct StationSolution
     [[nodiscard]] bool IsChecked() const
     {
         return fit.redundancy > 0 || heightFit.redundancy > 0;
+    }
+
+    /** Whether sights and heights fit, nothing where nothing can tell: repeated readings tell nothing of the targets. */
+    [[nodiscard]] std::optional<bool> Verdict() const
+    {
+        if (!IsSolved() || !Fits())
+        {
+            return false;
+        }
+        return IsChecked() && !doubts.isOnlyRepeated ? std::optional(true) : std::nullopt;
     }
 
     /** True where the result may be taken for what it says: solved, and nothing grave against it. */

@@ -46,11 +46,12 @@ std::string UnknownTargets(const StationSolution& solution)
 {
     constexpr size_t MOST_NAMED = 5;
     std::vector<std::string> names;
+    std::set<std::string> seen;
     for (const PreparedSight& sight : solution.sights)
     {
         const std::string& name = sight.sight->target;
         const bool isUnknown = sight.target == nullptr && sight.benchmark == nullptr && sight.sight->isWanted;
-        if (isUnknown && name != solution.setUp->station && std::find(names.begin(), names.end(), name) == names.end())
+        if (isUnknown && name != solution.setUp->station && seen.insert(name).second)
         {
             names.push_back(name);
         }

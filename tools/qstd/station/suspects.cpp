@@ -201,7 +201,11 @@ std::vector<RankedSuspect> PointSuspects(const StationSolution& solution)
         const bool isSingle = others.size() + 1 == solution.observations.size();
         if (!isSingle && trial && Mends(*trial, whole, TIMES) && IsFarBetter(*trial, solution))
         {
-            ranked.push_back({{SuspectKind::POINT, observation.sight, std::nullopt, DirectionSigma(*trial)}, *trial});
+            Suspect suspect;
+            suspect.kind = SuspectKind::POINT;
+            suspect.sight = observation.sight;
+            suspect.fit = DirectionSigma(*trial);
+            ranked.push_back({suspect, *trial});
         }
     }
     return ranked;
@@ -319,11 +323,12 @@ struct HeightTrial
     Fit others;
 };
 
-Suspect HeightSuspect(size_t sight, const Fit& fit, LinearUnit unit)
+Suspect HeightSuspect(size_t sight, const Fit& fit, bool isWholeTarget, LinearUnit unit)
 {
     Suspect suspect;
     suspect.kind = SuspectKind::HEIGHT;
     suspect.sight = sight;
+    suspect.isWholeTarget = isWholeTarget;
     suspect.error = FromMetres(-fit.checks[LargestOf(fit)].estimatedError, unit);
     return suspect;
 }
@@ -331,7 +336,7 @@ Suspect HeightSuspect(size_t sight, const Fit& fit, LinearUnit unit)
 HeightTrial WithoutSight(const StationSolution& solution, const std::vector<HeightValue>& values)
 {
     const size_t place = LargestOf(solution.heightFit);
-    return {HeightSuspect(solution.heightSights[place], solution.heightFit, solution.unit),
+    return {HeightSuspect(solution.heightSights[place], solution.heightFit, false, solution.unit),
             WithoutHeights(values, [place](size_t i) { return i == place; })};
 }
 
@@ -344,7 +349,7 @@ HeightTrial WithoutTarget(const StationSolution& solution, const std::vector<Hei
     {
         ++first;
     }
-    return {HeightSuspect(solution.heightSights[first], solution.targetHeightFit, solution.unit),
+    return {HeightSuspect(solution.heightSights[first], solution.targetHeightFit, true, solution.unit),
             WithoutHeights(values, isOfPoint)};
 }
 
@@ -363,9 +368,13 @@ void FindHeightSuspect(StationSolution& solution, const std::vector<HeightValue>
         best = target.others.ratio < best.others.ratio ? target : best;
     }
     const double whole = std::max(solution.heightFit.ratio, solution.targetHeightFit.ratio);
-    const bool mends =
-        best.others.redundancy > 0 && best.others.ratio < MILD_MISFIT && best.others.ratio * TIMES < whole;
-    if (mends)
+    const bool isMarked = solution.heightFit.HasMarked() || solution.targetHeightFit.HasMarked();
+    const bool mends = best.others.redundancy > 0 && best.others.ratio < MILD_MISFIT &&
+                       best.others.ratio * (isMarked ? 1.0 : TIMES) < whole;
+    // A wrong distance makes its height wrong, too.
+    const bool isKnown = std::any_of(solution.suspects.begin(), solution.suspects.end(),
+                                     [&best](const Suspect& other) { return other.sight == best.suspect.sight; });
+    if (mends && !isKnown)
     {
         solution.suspects.push_back(best.suspect);
     }
@@ -381,15 +390,15 @@ void TryCurvature(StationSolution& solution, const StationRequest& request, std:
     for (size_t i = 0; i < values.size(); ++i)
     {
         const PreparedSight& sight = solution.sights[solution.heightSights[i]];
-        const PointRecord& station = solution.station.position;
-        const double distance = sight.target == nullptr ? sight.horizontalDistance.value_or(0.0)
-                                                        : std::hypot(sight.target->point.northing - station.northing,
-                                                                     sight.target->point.easting - station.easting);
-        const double metres = ToMetres(distance, solution.unit);
+        const double metres = ToMetres(DistanceTo(sight, solution.station.position), solution.unit);
         values[i].height -= (1.0 - REFRACTION_COEFFICIENTS[0]) * metres * metres / (2.0 * EARTH_RADIUS);
     }
+    constexpr double TIMES = 2.0;
     const Fit fit = FitOfHeights(values);
-    if (!fit.IsMild() && !fit.HasMarked())
+    const Fit ofTargets = FitOfTargetHeights(solution, values, request.expectation.mark);
+    const double before = std::max(solution.heightFit.ratio, solution.targetHeightFit.ratio);
+    const bool fits = !fit.IsMild() && !fit.HasMarked() && !ofTargets.IsMild() && !ofTargets.HasMarked();
+    if (fits && std::max(fit.ratio, ofTargets.ratio) * TIMES < before)
     {
         solution.causes.push_back(fmt::format("with --refraction {} the heights fit", REFRACTION_COEFFICIENTS[0]));
     }

@@ -16,30 +16,57 @@ namespace qstd {
 namespace {
 
 constexpr double PI = 3.14159265358979323846;
-constexpr double FOOT = 0.3048;
 
-/** More targets than these are not exchanged in pairs: each pair costs an adjustment. */
-constexpr size_t MOST_TARGETS = 30;
+/** More targets than these are not exchanged in pairs, nor more readings changed: each trial is an adjustment. */
+constexpr size_t MOST_TARGETS = 12;
+constexpr size_t MOST_READINGS = 12;
 
 using Observations = std::vector<PlanObservation>;
+
+const KnownPoint* TargetOf(const StationSolution& solution, const PlanObservation& observation)
+{
+    return solution.sights[observation.sight].target;
+}
 
 const std::string& NameOf(const StationSolution& solution, const PlanObservation& observation)
 {
     return solution.sights[observation.sight].sight->target;
 }
 
-/** One observation to each target. */
+/** The observations whose residuals are largest, most of them first; as they come where there are none. */
+std::vector<size_t> ByResidual(const StationSolution& solution)
+{
+    std::vector<size_t> order(solution.observations.size());
+    for (size_t i = 0; i < order.size(); ++i)
+    {
+        order[i] = i;
+    }
+    if (!solution.fit.checks.empty())
+    {
+        std::stable_sort(order.begin(), order.end(), [&checks = solution.fit.checks](size_t one, size_t other) {
+            return std::fabs(checks[one].standardised) > std::fabs(checks[other].standardised);
+        });
+    }
+    return order;
+}
+
+/** One observation to each target, those with the largest residuals. */
 Observations OneATarget(const StationSolution& solution)
 {
     Observations targets;
-    for (const PlanObservation& observation : solution.observations)
+    for (const size_t i : ByResidual(solution))
     {
+        const PlanObservation& observation = solution.observations[i];
         const bool isNew = std::none_of(targets.begin(), targets.end(), [&](const PlanObservation& other) {
-            return NameOf(solution, other) == NameOf(solution, observation);
+            return TargetOf(solution, other) == TargetOf(solution, observation);
         });
-        if (isNew && targets.size() < MOST_TARGETS)
+        if (isNew)
         {
             targets.push_back(observation);
+        }
+        if (targets.size() == MOST_TARGETS)
+        {
+            break;
         }
     }
     return targets;
@@ -63,7 +90,7 @@ size_t CountDistances(const Observations& observations)
 /** What one distance would be in the other unit, feet for metres or metres for feet. */
 double OtherUnit(LinearUnit unit)
 {
-    return unit == LinearUnit::METRE ? FOOT : 1.0 / FOOT;
+    return unit == LinearUnit::METRE ? ToMetres(1.0, LinearUnit::FOOT) : 1.0 / ToMetres(1.0, unit);
 }
 
 const char* OtherUnitName(LinearUnit unit)
@@ -110,17 +137,17 @@ void OfPairs(const StationSolution& solution, const Observations& targets, const
     {
         for (size_t j = i + 1; j < targets.size(); ++j)
         {
-            const std::string& one = NameOf(solution, targets[i]);
-            const std::string& other = NameOf(solution, targets[j]);
+            const KnownPoint* const one = TargetOf(solution, targets[i]);
+            const KnownPoint* const other = TargetOf(solution, targets[j]);
             Observations changed = solution.observations;
             for (PlanObservation& observation : changed)
             {
-                const std::string& name = NameOf(solution, observation);
-                const PlanObservation& place = name == one ? targets[j] : name == other ? targets[i] : observation;
+                const KnownPoint* const target = TargetOf(solution, observation);
+                const PlanObservation& place = target == one ? targets[j] : target == other ? targets[i] : observation;
                 observation.northing = place.northing;
                 observation.easting = place.easting;
             }
-            take({fmt::format("with {} and {} exchanged", one, other), changed});
+            take({fmt::format("with {} and {} exchanged", one->id, other->id), changed});
         }
     }
 }
@@ -133,7 +160,7 @@ void OfTargets(const StationSolution& solution, const Observations& targets, con
         Observations changed = solution.observations;
         for (PlanObservation& observation : changed)
         {
-            if (NameOf(solution, observation) == name)
+            if (TargetOf(solution, observation) == TargetOf(solution, target))
             {
                 std::swap(observation.northing, observation.easting);
             }
@@ -148,6 +175,23 @@ struct Turn
     const char* text;
 };
 
+/** The readings of the suspects or, where there are none, those with the largest residuals. */
+std::vector<size_t> ReadingsToChange(const StationSolution& solution)
+{
+    std::vector<size_t> readings;
+    for (const size_t i : ByResidual(solution))
+    {
+        const bool isSuspect =
+            std::any_of(solution.suspects.begin(), solution.suspects.end(),
+                        [&](const Suspect& suspect) { return suspect.sight == solution.observations[i].sight; });
+        if ((isSuspect || solution.suspects.empty()) && readings.size() < MOST_READINGS)
+        {
+            readings.push_back(i);
+        }
+    }
+    return readings;
+}
+
 /** A single reading. */
 void OfSights(const StationSolution& solution, const CauseTaker& take)
 {
@@ -156,9 +200,7 @@ void OfSights(const StationSolution& solution, const CauseTaker& take)
                                             {-PI / 200.0, "1 gon smaller"},
                                             {PI / 180.0, "1 degree larger"},
                                             {-PI / 180.0, "1 degree smaller"}}};
-    constexpr size_t MOST_OBSERVATIONS = 60;
-    const size_t count = std::min(solution.observations.size(), MOST_OBSERVATIONS);
-    for (size_t i = 0; i < count; ++i)
+    for (const size_t i : ReadingsToChange(solution))
     {
         Observations changed = solution.observations;
         const std::string& name = NameOf(solution, changed[i]);
