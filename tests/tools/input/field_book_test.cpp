@@ -130,3 +130,37 @@ TEST(ReadSetUps, CountsFaultsBeyondTheTwentieth)
     EXPECT_THAT(messages, testing::Not(HasSubstr("sights.csv:22: ")));
     EXPECT_THAT(messages, HasSubstr("qstd: 5 more errors not shown\n"));
 }
+
+TEST(PointListNearestTo, FindsANameThatIsWrittenDifferently)
+{
+    Messages messages;
+    const PointList points = survey::Points("id,n,e\n1_sp,1,2\n21_sp,3,4\nTower-12,5,6\nTower-13,7,8\n", messages);
+    EXPECT_EQ(points.NearestTo("1_sq"), "1_sp");
+    EXPECT_EQ(points.NearestTo("tower 12"), "Tower-12");
+    EXPECT_EQ(points.NearestTo("Tovver-13"), "Tower-13");
+}
+
+TEST(PointListNearestTo, TakesOtherDigitsForAnotherPoint)
+{
+    Messages messages;
+    const PointList points = survey::Points("id,n,e\nFP-11,1,2\nFP-12,3,4\n101,5,6\n", messages);
+    EXPECT_EQ(points.NearestTo("FP-13"), "");
+    EXPECT_EQ(points.NearestTo("102"), "");
+    EXPECT_EQ(points.NearestTo("spire"), "");
+    EXPECT_EQ(PointList().NearestTo("FP-11"), "");
+}
+
+TEST(PointListNearestTo, ComparesWithNoCrowd)
+{
+    // Among very many names one would be near by chance.
+    std::string text = "id,n,e\n";
+    for (int i = 0; i < 200; ++i)
+    {
+        text += std::string(1, static_cast<char>('a' + i % 26)) + std::string(static_cast<size_t>(i / 26 + 1), 'x') +
+                "7," + std::to_string(i) + ",0\n";
+    }
+    Messages messages;
+    const PointList points = survey::Points(text, messages);
+    ASSERT_EQ(messages.Text(), "");
+    EXPECT_EQ(points.NearestTo("axx_7"), "");
+}

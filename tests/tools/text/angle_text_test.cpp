@@ -160,6 +160,33 @@ TEST(WithinCircle, BringsAnyUnitsIntoTheCircle)
     EXPECT_EQ(qstd::WithinCircle(41472005), 5);
 }
 
+TEST(UnitsOf, IsTheNearestUnitWithinTheCircle)
+{
+    // 10368000 / pi units a radian: 1.5 is 4950355.35, 1 less a full circle -17435763.1 + 20736000.
+    EXPECT_EQ(qstd::UnitsOf(1.5), 4950355);
+    EXPECT_EQ(qstd::UnitsOf(1.0), 3300237);
+    EXPECT_EQ(qstd::UnitsOf(1.0 - 2.0 * 3.14159265358979323846), 3300237);
+    EXPECT_EQ(qstd::UnitsOf(1.0 + 20.0 * 3.14159265358979323846), 3300237);
+    EXPECT_EQ(qstd::UnitsOf(0.0), 0);
+}
+
+TEST(UnitsOf, NeverGivesAFullCircle)
+{
+    // A third of a unit below zero, and what rounding leaves of it.
+    EXPECT_EQ(qstd::UnitsOf(-1e-7), 0);
+    EXPECT_EQ(qstd::UnitsOf(-1e-300), 0);
+    EXPECT_EQ(qstd::UnitsOf(2.0 * 3.14159265358979323846), 0);
+    EXPECT_EQ(qstd::UnitsOf(-1e-6), 20736000 - 3);
+}
+
+TEST(UnitsOf, IsTheConverseOfRadiansOf)
+{
+    for (AngleUnit units = 0; units < 20736000; units += 99991)
+    {
+        EXPECT_EQ(qstd::UnitsOf(qstd::RadiansOf(units)), units);
+    }
+}
+
 TEST(ParseAngle, RefusesWhatIsTooLongToBeOneAtOnce)
 {
     std::string signs;
