@@ -1,6 +1,7 @@
 #include "station/error_ellipse.h"
 
 #include <cmath>
+#include <limits>
 #include <string>
 
 #include <fmt/format.h>
@@ -21,12 +22,12 @@ survey::Solved Line(double degrees)
             "station,target,hz,hd\nA,F,0d,100\nA,B,180d,100\n"};
 }
 
-ResectStation StationWithPrecisions(double northing, double easting)
+/** The adjustment of a solved set-up, as if one direction had turned out to `sigma`. */
+qstd::PlanAdjustment AdjustmentWith(double sigma, size_t redundancy, const survey::Solved& solved)
 {
-    ResectStation station = {};
-    station.northingPrecision = northing;
-    station.eastingPrecision = easting;
-    return station;
+    qstd::PlanAdjustment plan = solved.solution.plan.value();
+    plan.squareSum = sigma * sigma * static_cast<double>(redundancy);
+    return plan;
 }
 
 } // namespace
@@ -37,29 +38,50 @@ TEST(ErrorEllipse, HasTheAxesOfTheTwoKindsOfObservation)
     // Across it the two directions: s0 * 100 / sqrt(2). Each orientation of the line gives the same axes.
     const double direction = 2.0 * 4.84813681109536e-6;
     const double weight = direction * direction / (0.002 * 0.002 + 0.0002 * 0.0002);
-    const double ratio = (1.0 / std::sqrt(2.0 * weight)) / (100.0 / std::sqrt(2.0));
+    const double found = 3.0 * 4.84813681109536e-6;
     for (const double degrees : {0.0, 30.0, 90.0, 135.0, 179.0})
     {
         const survey::Solved solved = Line(degrees);
-        const auto ellipse = qstd::FormErrorEllipse(solved.solution.sights, StationWithPrecisions(0.003, 0.004));
+        ASSERT_TRUE(solved.solution.plan.has_value());
+        const auto ellipse = qstd::FormErrorEllipse(AdjustmentWith(found, 1, solved), 1, qstd::LinearUnit::METRE);
         ASSERT_TRUE(ellipse.has_value());
-        EXPECT_NEAR(ellipse->major / ellipse->minor, ratio, 1e-6);
+        EXPECT_NEAR(ellipse->major, found / std::sqrt(2.0 * weight), 1e-8);
+        EXPECT_NEAR(ellipse->minor, found * 100.0 / std::sqrt(2.0), 1e-8);
         EXPECT_NEAR(std::remainder(ellipse->azimuth - degrees * PI / 180.0, PI), 0.0, 1e-6) << degrees;
         EXPECT_GE(ellipse->azimuth, 0.0);
         EXPECT_LE(ellipse->azimuth, PI);
-        // The mean square of the two axes is that of the two precisions: 3^2 + 4^2 = 5^2.
-        EXPECT_NEAR(std::hypot(ellipse->major, ellipse->minor), 0.005, 1e-12);
+        EXPECT_NEAR(ellipse->unitDirectionSigma, found, 1e-15);
+        // By symmetry the mean of both directions is the orientation: s0 / sqrt(2).
+        EXPECT_NEAR(ellipse->orientationSigma, found / std::sqrt(2.0), 1e-12);
     }
 }
 
-TEST(ErrorEllipse, IsNoneForSingularEquations)
+TEST(ErrorEllipse, SharesTheSquareSumAmongTheRedundantObservations)
 {
-    const survey::Solved solved("id,n,e\nF,100,0\n", "station,target,hz\nA,F,0d\nA,F,0d\nA,F,0d\n");
-    EXPECT_FALSE(qstd::FormErrorEllipse(solved.solution.sights, StationWithPrecisions(1.0, 1.0)).has_value());
+    const survey::Solved solved = Line(30.0);
+    const qstd::PlanAdjustment plan = AdjustmentWith(3e-5, 4, solved);
+    const auto ellipse = qstd::FormErrorEllipse(plan, 4, qstd::LinearUnit::METRE);
+    ASSERT_TRUE(ellipse.has_value());
+    EXPECT_NEAR(ellipse->unitDirectionSigma, 3e-5, 1e-15);
 }
 
-TEST(ErrorEllipse, IsNoneAtATarget)
+TEST(ErrorEllipse, IsInTheUnitOfTheJob)
 {
-    const survey::Solved solved("id,n,e\nF,0,0\nG,9,9\nH,9,0\n", "station,target,hz\nA,F,0d\nA,G,1d\nA,H,2d\n");
-    EXPECT_FALSE(qstd::FormErrorEllipse(solved.solution.sights, StationWithPrecisions(1.0, 1.0)).has_value());
+    const survey::Solved solved = Line(30.0);
+    const qstd::PlanAdjustment plan = AdjustmentWith(3e-5, 1, solved);
+    const auto metres = qstd::FormErrorEllipse(plan, 1, qstd::LinearUnit::METRE);
+    const auto feet = qstd::FormErrorEllipse(plan, 1, qstd::LinearUnit::FOOT);
+    ASSERT_TRUE(metres.has_value() && feet.has_value());
+    EXPECT_NEAR(feet->major * 0.3048, metres->major, 1e-12);
+    EXPECT_NEAR(feet->minor * 0.3048, metres->minor, 1e-12);
+    EXPECT_EQ(feet->orientationSigma, metres->orientationSigma);
+}
+
+TEST(ErrorEllipse, IsNoneWhereAFigureIsNotFinite)
+{
+    const survey::Solved solved = Line(30.0);
+    EXPECT_FALSE(qstd::FormErrorEllipse(*solved.solution.plan, 0, qstd::LinearUnit::METRE).has_value());
+    qstd::PlanAdjustment plan = *solved.solution.plan;
+    plan.cofactors[0][0] = std::numeric_limits<double>::infinity();
+    EXPECT_FALSE(qstd::FormErrorEllipse(plan, 1, qstd::LinearUnit::METRE).has_value());
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double METRES = 1e-9; // rounding of a product or two of some hundred metres
 
-constexpr const char* POINTS = "id,n,e,h\nT,100,0,10\nP,0,100,\nBM,,,5\nS,0,0,\n";
+constexpr const char* POINTS = "id,n,e,h\nT,100,0,10\nP,0,100,\nBM,,,5\nN0,,,\nS,0,0,\nTower-12,7,8,\n";
 
 /** The single sight of a survey, prepared. */
 struct Prepared
@@ -107,7 +107,8 @@ TEST(PrepareSights, CannotUseASlopeDistanceWithoutZenith)
 TEST(PrepareSights, SaysWhyASightTakesNoPart)
 {
     EXPECT_EQ(Prepared("S,X,0d").sight.remark, "not a known point");
-    EXPECT_EQ(Prepared("S,BM,0d").sight.remark, "known point without n and e");
+    EXPECT_EQ(Prepared("S,BM,0d").sight.remark, "height only, but no distance and zenith");
+    EXPECT_EQ(Prepared("S,N0,0d").sight.remark, "known point without n and e");
     EXPECT_EQ(Prepared("S,S,0d").sight.remark, "the station itself");
     EXPECT_EQ(Prepared("S,T,0d,0-00-30").sight.remark, "vertical sight: no direction");
     EXPECT_EQ(Prepared("S,T,0d,180d").sight.remark, "vertical sight: no direction");
@@ -116,6 +117,45 @@ TEST(PrepareSights, SaysWhyASightTakesNoPart)
     {
         EXPECT_FALSE(Prepared(line).sight.isUsed) << line;
     }
+}
+
+TEST(PrepareSights, NamesTheNearestPointOfAnUnknownName)
+{
+    EXPECT_EQ(Prepared("S,tower_12,0d").sight.remark, "not a known point; Tower-12?");
+    EXPECT_EQ(Prepared("S,Tower-13,0d").sight.remark, "not a known point");
+}
+
+TEST(PrepareSights, TakesAPointOfKnownHeightForTheHeightAndNothingElse)
+{
+    // Up at 60 degrees from the zenith over 200 m of slope: 100 m of rise.
+    const Prepared prepared("S,BM,0d,60d,200");
+    EXPECT_FALSE(prepared.sight.isUsed);
+    EXPECT_EQ(prepared.sight.target, nullptr);
+    ASSERT_NE(prepared.sight.benchmark, nullptr);
+    EXPECT_EQ(prepared.sight.benchmark->id, "BM");
+    EXPECT_EQ(prepared.sight.remark, "for the height only");
+    EXPECT_NEAR(prepared.sight.verticalDifference.value(), 100.0, METRES);
+    // Kept out, or without a distance, it serves nothing.
+    EXPECT_EQ(Prepared("S,BM,0d,60d,200,,,0").sight.benchmark, nullptr);
+    EXPECT_EQ(Prepared("S,BM,0d,60d").sight.benchmark, nullptr);
+    EXPECT_EQ(Prepared("S,N0,0d,60d,200").sight.benchmark, nullptr);
+}
+
+TEST(PrepareSights, ReducesDistancesByTheSettings)
+{
+    // Scale 0.9996: 200 sin 60 and 100 m, slope and horizontal alike; the rise stays.
+    qstd::Reduction reduction;
+    reduction.instrument.scaleFactor = 0.9996;
+    for (const char* const line : {"S,T,0d,60d,200", "S,T,0d,60d,,173.205080757"})
+    {
+        const Prepared prepared(line);
+        const PreparedSight reduced = qstd::PrepareSights(prepared.setUps.at(0), prepared.points, reduction).at(0);
+        EXPECT_NEAR(reduced.horizontalDistance.value(), 0.9996 * 173.205080757, 1e-8) << line;
+        EXPECT_NEAR(reduced.verticalDifference.value(), 100.0, 1e-8) << line;
+    }
+    const Prepared level("S,T,0d,,,100");
+    EXPECT_NEAR(qstd::PrepareSights(level.setUps.at(0), level.points, reduction).at(0).horizontalDistance.value(),
+                99.96, METRES);
 }
 
 TEST(PrepareSights, KeepsTheTargetOfASightThatIsKeptOut)

@@ -72,6 +72,50 @@ TEST(FindDoubts, CallsDirectionsWeakNearTheCircleOnly)
     }
 }
 
+TEST(FindDoubts, CallsAStationOnTheCircleUndeterminedOrNone)
+{
+    // At most a tenth of a millimetre off: either nothing is solved, or the strongest warning goes with it.
+    for (const StationMethod method : {StationMethod::THREE_POINT, StationMethod::MULTI, StationMethod::AUTO})
+    {
+        for (const double radius : {100.0, 100.0001, 99.9999, 100.00001})
+        {
+            const OnCircle survey(radius * 0.6, radius * 0.8, method);
+            EXPECT_TRUE(!survey.solution.IsSolved() || survey.solution.doubts.isUndetermined) << radius;
+            EXPECT_FALSE(survey.solution.IsSound()) << radius;
+        }
+    }
+}
+
+TEST(FindDoubts, TellsOfTwoTargets)
+{
+    const survey::Solved two("id,n,e\nP,310,20\nQ,-40,270\n",
+                             "station,target,hz,hd\nA,P,3.691386d,310.6445\nA,Q,98.426969d,272.9469\n");
+    ASSERT_TRUE(two.solution.IsSolved());
+    EXPECT_TRUE(two.solution.doubts.hasTwoTargets);
+    EXPECT_TRUE(two.solution.doubts.inLine.empty());
+    const survey::Solved three("id,n,e\nP,310,20\nQ,-40,270\nR,-210,-90\n",
+                               "station,target,hz,hd\nA,P,3.691386d,310.6445\nA,Q,98.426969d,272.9469\n"
+                               "A,R,203.198591d,\n");
+    ASSERT_TRUE(three.solution.IsSolved());
+    EXPECT_FALSE(three.solution.doubts.hasTwoTargets);
+}
+
+TEST(FindDoubts, TellsOfTwoTargetsInLineWithTheStation)
+{
+    // 2 degrees apart, and opposite but for 2 degrees: below the 4.5 degrees of 5 gon.
+    const survey::Solved same("id,n,e\nP,300,0\nQ,199.8781654,6.9798993\n",
+                              "station,target,hz,hd\nA,P,0d,300\nA,Q,2d,200\n");
+    ASSERT_TRUE(same.solution.IsSolved());
+    EXPECT_EQ(same.solution.doubts.inLine, (std::vector<std::string>{"P", "Q"}));
+    EXPECT_NEAR(same.solution.doubts.inLineAngle, 2 * 57600, 1);
+    EXPECT_FALSE(same.solution.doubts.isInLineOpposite);
+    const survey::Solved opposite("id,n,e\nP,300,0\nQ,-199.8781654,6.9798993\n",
+                                  "station,target,hz,hd\nA,P,0d,300\nA,Q,178d,200\n");
+    ASSERT_TRUE(opposite.solution.IsSolved());
+    EXPECT_NEAR(opposite.solution.doubts.inLineAngle, 2 * 57600, 1);
+    EXPECT_TRUE(opposite.solution.doubts.isInLineOpposite);
+}
+
 TEST(FindDoubts, TellsOfNoRedundancy)
 {
     const OnCircle survey(3.0, 4.0, StationMethod::MULTI);

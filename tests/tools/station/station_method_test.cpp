@@ -12,7 +12,7 @@ using qstd::StationRequest;
 
 namespace {
 
-constexpr const char* POINTS = "id,n,e\nN,100,0\nE,0,100\nS,-100,0\nW,0,-100\n";
+constexpr const char* POINTS = "id,n,e\nN,100,0\nn,100,0\nE,0,100\nS,-100,0\nW,0,-100\n";
 
 /** The sights of one set-up at A, with what they point into. */
 struct Prepared
@@ -44,10 +44,13 @@ using Places = std::vector<size_t>;
 
 } // namespace
 
-TEST(ChooseMethod, TakesTwoPointForOneSightEachToTwoTargetsWithADistance)
+TEST(ChooseMethod, TakesTwoPointForTwoTargetsWithExactlyOneDistance)
 {
     EXPECT_EQ(MethodFor("A,N,0d,100\nA,E,90d,\n"), StationMethod::TWO_POINT);
-    EXPECT_EQ(MethodFor("A,N,0d,100\nA,E,90d,100\n"), StationMethod::TWO_POINT);
+    EXPECT_EQ(MethodFor("A,N,0d,\nA,E,90d,100\n"), StationMethod::TWO_POINT);
+    // A second distance or a second round checks the first one: least squares makes use of both.
+    EXPECT_EQ(MethodFor("A,N,0d,100\nA,E,90d,100\n"), StationMethod::MULTI);
+    EXPECT_EQ(MethodFor("A,N,0d,100\nA,E,90d,\nA,N,0d,\n"), StationMethod::MULTI);
     EXPECT_EQ(MethodFor("A,N,0d,\nA,E,90d,\n"), StationMethod::MULTI);
     EXPECT_EQ(MethodFor("A,N,0d,100\nA,N,0d,100\n"), StationMethod::MULTI);
 }
@@ -61,11 +64,19 @@ TEST(ChooseMethod, TakesThreePointForThreeDirectionsAlone)
     EXPECT_EQ(MethodFor("A,N,0d,\nA,E,90d,\nA,S,180d,\nA,W,270d,,0\n"), StationMethod::THREE_POINT);
 }
 
+TEST(ChooseMethod, CountsPlacesAndNotNames)
+{
+    // n stands where N stands.
+    EXPECT_EQ(MethodFor("A,N,0d,\nA,n,0d,\nA,E,90d,\n"), StationMethod::MULTI);
+    EXPECT_EQ(MethodFor("A,N,0d,\nA,E,90d,\nA,S,180d,\nA,n,0d,\n"), StationMethod::MULTI);
+}
+
 TEST(ChooseMethod, TakesTheKnownLineOnlyWhereNothingElseFits)
 {
     EXPECT_EQ(MethodFor("A,N,0d,100\nA,x,90d,50\n", true), StationMethod::KNOWN_LINE);
     EXPECT_EQ(MethodFor("A,N,0d,100\nA,x,90d,50\n", false), StationMethod::MULTI);
-    EXPECT_EQ(MethodFor("A,N,0d,100\nA,E,90d,50\n", true), StationMethod::TWO_POINT);
+    EXPECT_EQ(MethodFor("A,N,0d,100\nA,E,90d,\n", true), StationMethod::TWO_POINT);
+    EXPECT_EQ(MethodFor("A,N,0d,100\nA,E,90d,50\n", true), StationMethod::MULTI);
 }
 
 TEST(ChooseMethod, SaysWhatTheSetUpHolds)

@@ -9,6 +9,7 @@
 #include "text/angle_text.h"
 
 using qstd::Outcome;
+using qstd::StationRequest;
 using qstd::StationSolution;
 using survey::Solved;
 
@@ -181,24 +182,87 @@ TEST(SolveStation, HasNoEllipseWithoutRedundancy)
     EXPECT_FALSE(solved.solution.ellipse.has_value());
 }
 
-TEST(SolveStation, HandsOnTheStatusOfTheLibrary)
+TEST(SolveStation, SaysWhereSightsCannotDetermineAStation)
 {
-    const Solved none(CROSS, "station,target,hz\nA,X,0d\n");
-    EXPECT_EQ(none.solution.outcome, Outcome::REFUSED);
-    EXPECT_EQ(none.solution.status, QSTD_REJECTED);
-    const Solved two(CROSS, "station,target,hz\nA,N,330d\nA,E,60d\n");
-    EXPECT_EQ(two.solution.outcome, Outcome::REFUSED);
-    EXPECT_EQ(two.solution.status, QSTD_REJECTED);
+    for (const char* const sights : {"A,X,0d\n", "A,N,330d\nA,E,60d\n", "A,N,330d\nA,E,60d\nA,N,330d\nA,E,60d\n"})
+    {
+        const Solved solved(CROSS, std::string("station,target,hz\n") + sights);
+        EXPECT_EQ(solved.solution.outcome, Outcome::TOO_FEW) << sights;
+        EXPECT_EQ(solved.solution.status, QSTD_REJECTED) << sights;
+    }
+    const Solved oneTarget(CROSS, "station,target,hz,hd\nA,N,330d,100\nA,N,330d,100\nA,N,330d,100\n");
+    EXPECT_EQ(oneTarget.solution.outcome, Outcome::TOO_FEW);
 }
 
-TEST(SolveStation, RefusesMoreSightsThanItsMemoryIsMeantFor)
+TEST(SolveStation, HandsOnTheStatusOfAClosedMethod)
 {
-    std::string sights = "station,target,hz\n";
+    StationRequest request;
+    request.method = qstd::StationMethod::TWO_POINT;
+    const Solved two(CROSS, "station,target,hz\nA,N,330d\nA,E,60d\n");
+    const StationSolution closed = SolveStation(two.setUps.at(0), two.points, request);
+    EXPECT_EQ(closed.outcome, Outcome::REFUSED);
+    EXPECT_EQ(closed.status, QSTD_NO_DISTANCE);
+}
+
+TEST(SolveStation, TakesAClosedMethodOnlyWhereNothingIsRedundant)
+{
+    using qstd::StationMethod;
+    const Solved three(CROSS, "station,target,hz\nA,N,330d\nA,E,60d\nA,S,150d\n");
+    EXPECT_EQ(three.solution.method, StationMethod::THREE_POINT);
+    EXPECT_EQ(three.solution.choice, "3 directions and 0 distances to 3 targets");
+    const Solved one(CROSS, "station,target,hz,hd\nA,N,330d,100\nA,E,60d,\n");
+    EXPECT_EQ(one.solution.method, StationMethod::TWO_POINT);
+    const Solved both(CROSS, "station,target,hz,hd\nA,N,330d,100\nA,E,60d,100\n");
+    EXPECT_EQ(both.solution.method, StationMethod::MULTI);
+    EXPECT_EQ(both.solution.choice, "");
+    for (const Solved* const solved : {&three, &one, &both})
+    {
+        ASSERT_TRUE(solved->solution.IsSolved());
+        EXPECT_NEAR(solved->solution.station.position.northing, 0.0, 1e-5);
+        EXPECT_NEAR(solved->solution.station.position.easting, 0.0, 1e-5);
+    }
+}
+
+TEST(SolveStation, SolvesByItselfWhatTheLibraryCannotBegin)
+{
+    // Two targets in two rounds with one distance; a prism in two faces with spires; a backsight at both ends.
+    for (const char* const sights :
+         {"A,N,330d,,\nA,E,60d,,\nA,N,330d,,100\nA,E,60d,,\n",
+          "A,N,330d,90d,100\nA,N,150d,270d,100\nA,E,60d,,\nA,S,150d,,\n", "A,N,330d,,100\nA,E,60d,,\nA,N,330d,,100\n"})
+    {
+        const Solved solved(CROSS, std::string("station,target,hz,v,hd\n") + sights);
+        ASSERT_TRUE(solved.solution.IsSolved()) << sights;
+        EXPECT_NEAR(solved.solution.station.position.northing, 0.0, 1e-5) << sights;
+        EXPECT_NEAR(solved.solution.station.position.easting, 0.0, 1e-5) << sights;
+        EXPECT_NEAR(solved.solution.station.orientation, 30 * 57600, 1) << sights;
+    }
+}
+
+TEST(SolveStation, SaysWhereTwoStationsFitEquallyWell)
+{
+    // The place 500 m from M may be 240 m or 560 m from O: M is 300 m beside the ray to O, and 340 m from O.
+    const Solved solved("id,n,e\nM,400,300\nO,560,0\n", "station,target,hz,hd\nA,M,36.86989765d,500\nA,O,0d,\n");
+    EXPECT_EQ(solved.solution.outcome, Outcome::AMBIGUOUS);
+    ASSERT_EQ(solved.solution.candidates.size(), 2U);
+    for (const PointRecord& candidate : solved.solution.candidates)
+    {
+        EXPECT_NEAR(std::hypot(candidate.northing - 400.0, candidate.easting - 300.0), 500.0, 1e-3);
+    }
+}
+
+TEST(SolveStation, AdjustsMoreSightsThanTheLibraryIsHanded)
+{
+    std::string sights = "station,target,hz,hd\n";
     for (size_t i = 0; i <= qstd::MOST_SIGHTS; ++i)
     {
-        sights += i % 2 == 0 ? "A,N,330d\n" : "A,E,60d\n";
+        sights += i % 2 == 0 ? "A,N,330d,100\n" : "A,E,60d,100\n";
     }
-    EXPECT_EQ(Solved(CROSS, sights).solution.outcome, Outcome::TOO_MANY);
+    const Solved solved(CROSS, sights);
+    ASSERT_TRUE(solved.solution.IsSolved());
+    EXPECT_TRUE(solved.solution.isByTool);
+    EXPECT_EQ(solved.solution.used, qstd::MOST_SIGHTS + 1);
+    EXPECT_NEAR(solved.solution.station.position.northing, 0.0, 1e-5);
+    EXPECT_NEAR(solved.solution.station.position.easting, 0.0, 1e-5);
 }
 
 TEST(SolveStation, KnowsAStationThatIsAKnownPoint)
