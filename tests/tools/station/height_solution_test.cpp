@@ -11,7 +11,6 @@
 
 using qstd::HeightFrom;
 using qstd::PreparedSight;
-using qstd::StationRequest;
 using qstd::StationSolution;
 using survey::FieldWork;
 using survey::Radians;
@@ -209,6 +208,36 @@ TEST(SolveHeight, ExpectsWhatZenithAngleAndDistanceGive)
     const double distance = (0.002 + 0.000002 * slope) * 12.0 / slope;
     EXPECT_NEAR(solved->solution.heightSigmas[0],
                 std::sqrt(std::pow(140.0 * 2.0 * qstd::ARC_SECOND, 2.0) + distance * distance + 0.002 * 0.002), 1e-6);
+}
+
+TEST(SolveHeight, ExpectsLessOfAZenithAngleFromAnUncertainPlace)
+{
+    // Up at 60 degrees from the zenith, what the place is uncertain goes into the height by the cotangent. The three
+    // targets stand close together, far off.
+    FieldWork work = {640.2, 911.7, AXIS, Radians(201.0), {}, {}};
+    work.AddPoint("P1", Radians(31.0), 300.0, 300.0 / std::tan(Radians(60.0)));
+    work.AddPoint("P2", Radians(40.0), 280.0, 280.0 / std::tan(Radians(60.0)));
+    work.AddPoint("P3", Radians(52.0), 330.0, 330.0 / std::tan(Radians(60.0)));
+    for (const char* const name : {"P1", "P2", "P3"})
+    {
+        work.Read(name, Reading::ZENITH);
+    }
+    for (const qstd::StationMethod method : {qstd::StationMethod::THREE_POINT, qstd::StationMethod::MULTI})
+    {
+        qstd::StationRequest request;
+        request.method = method;
+        const auto solved = work.Solve(request);
+        ASSERT_TRUE(solved->solution.IsSolved());
+        const auto cofactors = PlanCofactors(solved->solution.observations, {640.2, 911.7, Radians(201.0)});
+        ASSERT_TRUE(cofactors);
+        const double place = qstd::WEIGHT_DIRECTION * qstd::AxesOf(*cofactors).major;
+        const double zenith = 2.0 * qstd::ARC_SECOND * 300.0 / std::pow(std::sin(Radians(60.0)), 2.0);
+        ASSERT_GT(place, 0.005);
+        ASSERT_EQ(solved->solution.heightSigmas.size(), 3U);
+        EXPECT_NEAR(solved->solution.heightSigmas[0],
+                    std::sqrt(zenith * zenith + std::pow(place / std::tan(Radians(60.0)), 2.0) + 0.002 * 0.002), 1e-5)
+            << MethodName(method);
+    }
 }
 
 TEST(HeightFrom, IsTheTargetLessTheRise)

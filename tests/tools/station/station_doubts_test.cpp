@@ -124,6 +124,18 @@ TEST(FindDoubts, TellsOfNoRedundancy)
     EXPECT_TRUE(DoubtTexts(survey.solution, qstd::AngleForm::DMS, false).empty());
 }
 
+TEST(FindDoubts, TellsWhereOnlyRepeatedSightsCheckEachOther)
+{
+    // Three directions to three places determine the station and check nothing, however often they are read: with the
+    // circle read anticlockwise, or points exchanged, they fit as well.
+    const std::string round = "A,P,3.691386d\nA,Q,98.426969d\nA,R,203.198591d\n";
+    const survey::Solved solved("id,n,e\nP,310,20\nQ,-40,270\nR,-210,-90\n",
+                                "station,target,hz\n" + round + round + round);
+    ASSERT_TRUE(solved.solution.IsSolved());
+    EXPECT_EQ(solved.solution.Redundancy(), 6U);
+    EXPECT_FALSE(DoubtTexts(solved.solution, qstd::AngleForm::DMS, false).empty());
+}
+
 TEST(LeaveOneOut, RepeatsNoSetUpThatIsTooLarge)
 {
     std::string sights = "station,target,hz\nA,N,0d\nA,E,90d\nA,S,180d\n";

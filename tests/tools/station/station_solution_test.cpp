@@ -250,6 +250,15 @@ TEST(SolveStation, SaysWhereTwoStationsFitEquallyWell)
     }
 }
 
+TEST(SolveStation, TakesTargetsSideBySideForOnePlaceWhereTwoStationsFit)
+{
+    // As above, with a second mark 5 mm beside O: it tells the two stations apart no more than O alone does.
+    const Solved solved("id,n,e\nM,400,300\nO,560,0\nQ,560.004,0.003\n",
+                        "station,target,hz,hd\nA,M,36.86989765d,500\nA,O,0d,\nA,Q,0.00030694d,\n");
+    EXPECT_EQ(solved.solution.outcome, Outcome::AMBIGUOUS);
+    EXPECT_EQ(solved.solution.candidates.size(), 2U);
+}
+
 TEST(SolveStation, AdjustsMoreSightsThanTheLibraryIsHanded)
 {
     std::string sights = "station,target,hz,hd\n";
