@@ -13,7 +13,6 @@ using qstd::ARC_SECOND;
 using qstd::LinearUnit;
 using qstd::MisfitTexts;
 using qstd::StationSolution;
-using qstd::Suspect;
 using qstd::SuspectKind;
 using qstd::SuspectText;
 using survey::FieldWork;
@@ -33,14 +32,17 @@ class Book
 public:
     Book()
     {
-        const char* const names[] = {"FP-7", "FP-8", "FP-8"};
-        sights.resize(3);
-        for (size_t i = 0; i < sights.size(); ++i)
+        for (const char* const name : {"FP-7", "FP-8", "FP-8"})
         {
-            sights[i].target = names[i];
-            sights[i].line = i + 2;
+            qstd::Sight sight;
+            sight.target = name;
+            sight.line = sights.size() + 2;
+            sights.push_back(sight);
+        }
+        for (const qstd::Sight& sight : sights)
+        {
             qstd::PreparedSight prepared;
-            prepared.sight = &sights[i];
+            prepared.sight = &sight;
             solution.sights.push_back(prepared);
         }
     }

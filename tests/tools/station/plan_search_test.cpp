@@ -8,7 +8,6 @@
 
 #include "observed.h"
 
-using qstd::ARC_SECOND;
 using qstd::CanDetermine;
 using qstd::CountPlaces;
 using qstd::FindStations;
