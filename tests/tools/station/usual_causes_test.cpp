@@ -69,7 +69,7 @@ TEST(UsualCauses, NorthAndEastExchanged)
     }
     EXPECT_THAT(CausesOf(work), ElementsAre(StartsWith("with north and east exchanged in the points the sights fit "
                                                        "to "),
-                                            StartsWith("with the circle read anticlockwise the sights fit to ")))
+                                            StartsWith("or with the circle read anticlockwise the sights fit to ")))
         << "mirrored points and a mirrored circle are the same to the sights";
 }
 
@@ -94,7 +94,8 @@ TEST(UsualCauses, CircleReadAnticlockwise)
     {
         sight.circle = qstd::WithinCircle(-sight.circle);
     }
-    EXPECT_THAT(CausesOf(work), testing::Contains(StartsWith("with the circle read anticlockwise the sights fit to ")));
+    EXPECT_THAT(CausesOf(work),
+                testing::Contains(StartsWith("or with the circle read anticlockwise the sights fit to ")));
 }
 
 TEST(UsualCauses, FeetForMetres)

@@ -14,8 +14,9 @@ constexpr double ROUNDING_OF_LENGTH = 1e-5;
 /** Chance brings a marked residual into fewer than one of this many sound set-ups. */
 constexpr double SET_UPS = 200.0;
 
-/** Observations that the knowledge of the instrument's precision counts for beside those of the set-up. */
-constexpr double PRIOR_REDUNDANCY = 4.0;
+/** Where the others fit worse than this share of what is expected, the instrument is taken for one of 5", not 2". */
+constexpr double AS_EXPECTED = 1.3;
+constexpr double COARSER = 2.5;
 
 /** The chance that a normally distributed value of standard deviation 1 is larger, to either side. */
 double ChanceOfMore(double value)
@@ -24,28 +25,35 @@ double ChanceOfMore(double value)
 }
 
 /**
- * Marks residuals that are too large. The standard deviation is the one expected or, where the other observations show
- * a larger one, the mean of both variances, each with its redundancy: sights in the heat do not make each of them a
- * blunder.
- *
- * @param squareSums  of the others without each observation, in variances as expected
+ * The standard deviation of a residual that is to be judged, over the one expected. Where the others fit as expected it
+ * is that; else that of a coarser instrument, or what the others show: readings of 5" or in the heat do not make each
+ * of them a blunder.
  */
-void MarkLarge(Fit& fit, const std::vector<double>& squareSums)
+double SigmaByOthers(double squareSum, double redundancy, double coarser)
+{
+    const double found = redundancy > 0.0 ? std::sqrt(std::max(0.0, squareSum) / redundancy) : 0.0;
+    return found <= AS_EXPECTED ? 1.0 : std::max(coarser, found);
+}
+
+/** Marks residuals that are too large. @param squareSums  of the others without each, in variances as expected */
+void MarkLarge(Fit& fit, const std::vector<double>& squareSums, double coarser)
 {
     const auto count = static_cast<double>(fit.checks.size());
-    const auto redundancy = static_cast<double>(fit.redundancy);
     for (size_t i = 0; i < fit.checks.size(); ++i)
     {
         ObservationCheck& check = fit.checks[i];
-        if (check.isUnchecked || fit.redundancy == 0)
+        if (!check.isUnchecked && fit.redundancy > 0)
         {
-            continue;
+            const double sigma = SigmaByOthers(squareSums[i], static_cast<double>(fit.redundancy - 1), coarser);
+            check.isMarked = ChanceOfMore(check.standardised / sigma) * count * SET_UPS < 1.0;
         }
-        const double others = std::max(0.0, squareSums[i]);
-        const double variance = (PRIOR_REDUNDANCY + others) / (PRIOR_REDUNDANCY + redundancy - 1.0);
-        const double sigma = std::max(1.0, std::sqrt(variance));
-        check.isMarked = ChanceOfMore(check.standardised / sigma) * count * SET_UPS < 1.0;
     }
+}
+
+/** Takes the mark from an observation whose error is small enough to be borne. */
+void SpareSmall(ObservationCheck& check, double limit)
+{
+    check.isMarked = check.isMarked && std::fabs(check.estimatedError) >= limit;
 }
 
 /** Fills in what follows from residual, redundancy number and standard deviation of an observation. */
@@ -113,7 +121,13 @@ Fit FitOfPlan(const std::vector<PlanObservation>& observations, const PlanAdjust
     {
         sum *= adjustment.squareSum > 0.0 ? squareSum / adjustment.squareSum : 0.0;
     }
-    MarkLarge(fit, without);
+    MarkLarge(fit, without, COARSER);
+    // A coarser instrument errs by less than this now and then, and few stations suffer.
+    constexpr double HARMLESS = 8.0;
+    for (size_t i = 0; i < fit.checks.size(); ++i)
+    {
+        SpareSmall(fit.checks[i], HARMLESS * observations[i].sigma);
+    }
     return fit;
 }
 
@@ -146,7 +160,13 @@ Fit FitOfHeights(const std::vector<HeightValue>& heights)
         without.push_back(squareSum - check.standardised * check.standardised);
         fit.checks.push_back(check);
     }
-    MarkLarge(fit, without);
+    // Of few heights each counts.
+    MarkLarge(fit, without, 1.0);
+    constexpr double HARMLESS = 4.0;
+    for (size_t i = 0; i < fit.checks.size(); ++i)
+    {
+        SpareSmall(fit.checks[i], HARMLESS * heights[i].sigma);
+    }
     return fit;
 }
 

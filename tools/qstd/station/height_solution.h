@@ -34,8 +34,8 @@ double DistanceTo(const PreparedSight& sight, const PointRecord& station);
 void SetHeightResiduals(StationSolution& solution, const StationRequest& request);
 
 /**
- * How the heights from different targets fit: of each the mean over its sights, whose own errors are averaged, while that
- * of the mark with its reflector is not. @param values  of heightSights; @param mark  standard deviation of a mark
+ * How the heights from different targets fit: of each the mean over its sights, whose own errors are averaged, while
+ * that of the mark with its reflector is not. @param values  of heightSights; @param mark  standard deviation of a mark
  */
 Fit FitOfTargetHeights(const StationSolution& solution, const std::vector<HeightValue>& values, double mark);
 

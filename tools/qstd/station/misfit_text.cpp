@@ -17,14 +17,6 @@ std::string Seconds(double radians)
     return FormatFixed(radians / ARC_SECOND, 1) + "\"";
 }
 
-/** An error of a direction: seconds, or an angle where it is large. */
-std::string AngleText(double radians, AngleForm angles)
-{
-    constexpr double LARGE = 1000.0 * ARC_SECOND;
-    const double size = std::fabs(radians);
-    return size < LARGE ? Seconds(size) : FormatAngle(UnitsOf(size), angles);
-}
-
 /** A length as people say it, without its sign. */
 std::string LengthText(double length, LinearUnit unit)
 {
@@ -34,9 +26,10 @@ std::string LengthText(double length, LinearUnit unit)
 std::string PlanMisfit(const StationSolution& solution, AngleForm angles)
 {
     const double sigma = std::sqrt(solution.plan->squareSum / static_cast<double>(solution.fit.redundancy));
-    return fmt::format("{}: one direction ± {}, {} times what is expected",
+    return fmt::format("{}: one direction ± {}; directions and distances miss by {} times what is expected of them",
                        solution.fit.IsStrong() ? "the sights do not fit" : "the sights fit badly",
-                       AngleText(sigma, angles), FormatFixed(solution.fit.ratio, solution.fit.ratio < 10.0 ? 1 : 0));
+                       AngleSizeText(sigma, angles),
+                       FormatFixed(solution.fit.ratio, solution.fit.ratio < 10.0 ? 1 : 0));
 }
 
 std::string HeightMisfit(const StationSolution& solution)
@@ -61,21 +54,22 @@ std::string SightName(const Suspect& suspect, const StationSolution& solution)
     return isOneOfMany ? fmt::format("{} in line {}", sight.target, sight.line) : sight.target;
 }
 
-/** True where there is a suspect of the heights, or one of the plan. */
-bool IsSuspected(const StationSolution& solution, bool isOfHeights)
-{
-    return std::any_of(solution.suspects.begin(), solution.suspects.end(), [isOfHeights](const Suspect& suspect) {
-        return (suspect.kind == SuspectKind::HEIGHT) == isOfHeights;
-    });
-}
-
 /** Where the residual is marked but no sight stands out when it is left out. */
 bool HasUnexplainedMark(const StationSolution& solution)
 {
-    return solution.fit.HasMarked() && !solution.fit.IsMild() && !IsSuspected(solution, false);
+    return solution.fit.HasMarked() && !solution.fit.IsMild() &&
+           std::all_of(solution.suspects.begin(), solution.suspects.end(),
+                       [](const Suspect& suspect) { return suspect.kind == SuspectKind::HEIGHT; });
 }
 
 } // namespace
+
+std::string AngleSizeText(double radians, AngleForm angles)
+{
+    constexpr double LARGE = 1000.0 * ARC_SECOND;
+    const double size = std::fabs(radians);
+    return size < LARGE ? Seconds(size) : FormatAngle(UnitsOf(size), angles);
+}
 
 const char* SuspectName(SuspectKind kind)
 {
@@ -101,8 +95,8 @@ std::string SuspectText(const Suspect& suspect, const StationSolution& solution,
     switch (suspect.kind)
     {
     case SuspectKind::DIRECTION:
-        text =
-            fmt::format("{}: direction {} too {}", target, AngleText(error, angles), error > 0.0 ? "large" : "small");
+        text = fmt::format("{}: direction {} too {}", target, AngleSizeText(error, angles),
+                           error > 0.0 ? "large" : "small");
         break;
     case SuspectKind::DISTANCE:
         text = fmt::format("{}: distance {} too {}", target, LengthText(error, solution.unit),
@@ -115,7 +109,9 @@ std::string SuspectText(const Suspect& suspect, const StationSolution& solution,
         text = fmt::format("{}: its coordinates or its name do not fit the other sights", target);
         break;
     }
-    return suspect.fit ? fmt::format("{}; without it the sights fit to {}", text, Seconds(*suspect.fit)) : text;
+    return suspect.fit ? fmt::format("{}; without {} the sights fit to {}", text,
+                                     suspect.isOneOfSeveral ? "these" : "it", Seconds(*suspect.fit))
+                       : text;
 }
 
 std::string UncheckedText(const StationSolution& solution)
@@ -164,13 +160,21 @@ std::vector<std::string> MisfitTexts(const StationSolution& solution, AngleForm 
     }
     for (const Suspect& suspect : solution.suspects)
     {
-        texts.push_back(SuspectText(suspect, solution, angles));
+        const bool isOther =
+            &suspect != &solution.suspects.front() && !suspect.isOneOfSeveral && suspect.kind != SuspectKind::HEIGHT;
+        texts.push_back((isOther ? "or " : "") + SuspectText(suspect, solution, angles));
+    }
+    if (solution.fit.IsMild() && solution.suspects.empty() && solution.causes.empty())
+    {
+        texts.emplace_back(
+            "no single sight and no usual mistake explains it: check names, coordinates, the units of angles "
+            "and distances, and that the circle was not moved");
     }
     for (const std::string& cause : solution.causes)
     {
         texts.push_back(cause);
     }
-    if (solution.AreHeightsDoubtful() && !isHeightMisfit && !IsSuspected(solution, true))
+    if (solution.AreHeightsDoubtful() && !isHeightMisfit && solution.suspects.empty())
     {
         texts.emplace_back("the heights differ by more than chance makes them (*), but no single one explains it");
     }

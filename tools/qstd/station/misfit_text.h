@@ -12,6 +12,9 @@
 
 namespace qstd {
 
+/** The size of an error or precision: seconds, or an angle where it is large. */
+std::string AngleSizeText(double radians, AngleForm angles);
+
 /** direction, distance, height, point. */
 const char* SuspectName(SuspectKind kind);
 

@@ -149,7 +149,6 @@ Json SuspectObject(const Suspect& suspect, const StationSolution& solution, cons
 {
     const Sight& sight = *solution.sights[suspect.sight].sight;
     const bool isDirection = suspect.kind == SuspectKind::DIRECTION;
-    const bool isHeight = suspect.kind == SuspectKind::HEIGHT;
     const std::optional<double> nothing;
     Json object;
     object["target"] = sight.target;
@@ -157,8 +156,7 @@ Json SuspectObject(const Suspect& suspect, const StationSolution& solution, cons
     object["observation"] = SuspectName(suspect.kind);
     AddOptional(object, isDirection ? "error_degrees" : "error",
                 isDirection && suspect.error ? std::optional(*suspect.error * DEGREES_PER_RADIAN) : suspect.error);
-    AddOptional(object, isHeight ? "fit" : "fit_degrees",
-                isHeight || !suspect.fit ? suspect.fit : std::optional(*suspect.fit * DEGREES_PER_RADIAN));
+    AddOptional(object, "fit_degrees", suspect.fit ? std::optional(*suspect.fit * DEGREES_PER_RADIAN) : nothing);
     object["text"] = SuspectText(suspect, solution, style.angles);
     return object;
 }

@@ -116,7 +116,7 @@ std::string HeightLines(const StationSolution& solution, const ReportStyle& styl
     return lines;
 }
 
-std::string EllipseLines(const StationSolution& solution)
+std::string EllipseLines(const StationSolution& solution, const ReportStyle& style)
 {
     if (solution.Redundancy() == 0)
     {
@@ -130,10 +130,10 @@ std::string EllipseLines(const StationSolution& solution)
     return FigureLine("error ellipse",
                       fmt::format("{} x {}", SmallLengthFigure(ellipse.major, solution.unit),
                                   SmallLengthFigure(ellipse.minor, solution.unit)),
-                      fmt::format("{}  semi-axes, the longer at {} degrees; one direction ± {}\"",
+                      fmt::format("{}  semi-axes, the longer at {} degrees; one direction ± {}",
                                   SmallLengthSymbol(solution.unit),
                                   FormatFixed(ellipse.azimuth * DEGREES_PER_RADIAN, 0),
-                                  FormatFixed(ellipse.unitDirectionSigma * SECONDS_PER_RADIAN, 1)));
+                                  AngleSizeText(ellipse.unitDirectionSigma, style.angles)));
 }
 
 std::string KnownLine(const StationSolution& solution)
@@ -201,7 +201,7 @@ std::string OrientationLine(const StationSolution& solution, const ReportStyle& 
     std::string behind;
     if (solution.ellipse)
     {
-        behind += fmt::format("   ± {}\"", FormatFixed(solution.ellipse->orientationSigma * SECONDS_PER_RADIAN, 1));
+        behind += fmt::format("   ± {}", AngleSizeText(solution.ellipse->orientationSigma, style.angles));
     }
     const std::string reference = OrientationReference(solution);
     behind += reference.empty() ? "" : (behind.empty() ? "   " : "  ") + reference;
@@ -217,7 +217,7 @@ std::string StationBlock(const StationSolution& solution, const ReportStyle& sty
                        PrecisionText(solution, station.eastingPrecision));
     text += HeightLines(solution, style);
     text += OrientationLine(solution, style);
-    text += CheckLines(solution) + EllipseLines(solution) + KnownLine(solution);
+    text += CheckLines(solution) + EllipseLines(solution, style) + KnownLine(solution);
     for (const std::string& warning : DoubtTexts(solution, style.angles, false))
     {
         text += WrappedLine("Warning:", warning);

@@ -4,6 +4,7 @@
 #include "station/plan_search.h"
 #include "station/small_length.h"
 #include "text/angle_text.h"
+#include "text/text.h"
 
 #include <fmt/format.h>
 
@@ -323,6 +324,12 @@ std::vector<std::string> DoubtTexts(const StationSolution& solution, AngleForm a
     {
         texts.emplace_back("no redundancy: the sights fit exactly, and the precision is unknown");
     }
+    for (const PointRecord& candidate : solution.candidates)
+    {
+        texts.push_back(
+            fmt::format("another position fits the sights in plan, northing {} easting {}; the heights rule it out",
+                        FormatFixed(candidate.northing, 3), FormatFixed(candidate.easting, 3)));
+    }
     if (doubts.isOnlyRepeated)
     {
         texts.emplace_back(
@@ -330,7 +337,8 @@ std::vector<std::string> DoubtTexts(const StationSolution& solution, AngleForm a
     }
     if (doubts.hasTwoTargets)
     {
-        texts.emplace_back("two targets only: with their names exchanged the sights would fit as well");
+        texts.emplace_back(
+            "two targets only: with their names exchanged, or the circle read the other way, such sights fit as well");
     }
     if (!doubts.onlyHeightTarget.empty() && withRedundancy)
     {

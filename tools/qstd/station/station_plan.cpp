@@ -98,7 +98,8 @@ private:
     [[nodiscard]] double LargestResidual() const
     {
         double largest = 0.0;
-        for (size_t i = 0; i < solution.sights.size(); ++i)
+        // Without redundancy all residuals are rounding.
+        for (size_t i = 0; i < solution.sights.size() && solution.Redundancy() > 0; ++i)
         {
             if (solution.sights[i].isUsed)
             {

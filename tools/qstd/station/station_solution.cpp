@@ -171,7 +171,8 @@ std::vector<PlanAdjustment> AgreeingInHeight(const StationSolution& solution, co
 /** Looks for the station without the library, and takes it where there is one and only one. */
 void SolveByTool(StationSolution& solution, const StationRequest& request)
 {
-    const std::vector<PlanAdjustment> found = AgreeingInHeight(solution, request, FindStations(solution.observations));
+    const std::vector<PlanAdjustment> all = FindStations(solution.observations);
+    const std::vector<PlanAdjustment> found = AgreeingInHeight(solution, request, all);
     if (found.empty())
     {
         solution.outcome = solution.status == QSTD_OK ? Outcome::NO_SOLUTION : Outcome::REFUSED;
@@ -186,6 +187,15 @@ void SolveByTool(StationSolution& solution, const StationRequest& request)
             solution.candidates.push_back(StationFrom(plan, 0, request.unit).position);
         }
         return;
+    }
+    for (const PlanAdjustment& plan : all)
+    {
+        const bool isTaken = plan.position.northing == found.front().position.northing &&
+                             plan.position.easting == found.front().position.easting;
+        if (!isTaken && found.size() == 1)
+        {
+            solution.candidates.push_back(StationFrom(plan, 0, request.unit).position);
+        }
     }
     TakeOwnStation(solution, request, found.front());
 }

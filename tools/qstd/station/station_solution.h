@@ -45,8 +45,8 @@ enum class Outcome
     AMBIGUOUS       /**< two stations fit equally well */
 };
 
-/** The library is handed no more used sights than this: its weight matrix has a row and a column an observation. */
-constexpr size_t MOST_SIGHTS = 2500;
+/** The library counts no more sights than this. */
+constexpr size_t MOST_SIGHTS = 32767;
 
 /** What is asked of a set-up. */
 struct StationRequest
@@ -124,6 +124,7 @@ struct Suspect
     size_t sight = 0;            /**< of a point, the first one to it */
     std::optional<double> error; /**< observed less what the others ask for; radians, or the unit of the job */
     bool isWholeTarget = false;  /**< of a height: that from all sights to the target */
+    bool isOneOfSeveral = false; /**< together with the other suspects, not in their place */
     std::optional<double> fit;   /**< without it: of one direction, radians; of a height, in the unit of the job */
 };
 
@@ -150,7 +151,7 @@ struct StationSolution
     std::vector<const KnownPoint*> heightPoints; /**< their targets, each once */
     std::unordered_map<const KnownPoint*, size_t> heightPlaces; /**< their places in heightPoints */
     Fit targetHeightFit;                 /**< one check a target, metres: of what its sights have in common */
-    std::vector<PointRecord> candidates; /**< of an ambiguous station, in the unit of the job */
+    std::vector<PointRecord> candidates; /**< of an ambiguous station, or ruled out by heights; unit of the job */
     std::vector<Suspect> suspects;       /**< most likely first; none where nothing is wrong */
     std::vector<std::string> causes;     /**< changes of the input with which the sights would fit, in words */
     std::optional<double> markHeight;    /**< of the ground mark */
@@ -210,7 +211,7 @@ struct StationSolution
         return fit.redundancy > 0 || heightFit.redundancy > 0;
     }
 
-    /** Whether sights and heights fit, nothing where nothing can tell: repeated readings tell nothing of the targets. */
+    /** Whether sights and heights fit; nothing where nothing can tell, as repeated readings cannot of the targets. */
     [[nodiscard]] std::optional<bool> Verdict() const
     {
         if (!IsSolved() || !Fits())

@@ -50,7 +50,8 @@ std::string UnknownTargets(const StationSolution& solution)
     for (const PreparedSight& sight : solution.sights)
     {
         const std::string& name = sight.sight->target;
-        const bool isUnknown = sight.target == nullptr && sight.benchmark == nullptr && sight.sight->isWanted;
+        const bool isUnknown =
+            sight.target == nullptr && sight.benchmark == nullptr && sight.sight->isWanted && !IsVertical(sight);
         if (isUnknown && name != solution.setUp->station && seen.insert(name).second)
         {
             names.push_back(name);
@@ -64,6 +65,13 @@ std::string UnknownTargets(const StationSolution& solution)
     return names.size() > MOST_NAMED ? fmt::format("{} and {} more", text, names.size() - MOST_NAMED) : text;
 }
 
+/** True where every sight that could take part has no direction. */
+bool AreAllVertical(const StationSolution& solution)
+{
+    return std::any_of(solution.sights.begin(), solution.sights.end(),
+                       [](const PreparedSight& sight) { return IsVertical(sight); });
+}
+
 /** Sights that cannot determine a station by any method. */
 StatusText DescribeUndetermined(const StationSolution& solution)
 {
@@ -75,6 +83,11 @@ StatusText DescribeUndetermined(const StationSolution& solution)
     switch (CountUsedPlaces(solution))
     {
     case 0:
+        if (AreAllVertical(solution))
+        {
+            return {"all sights to known points are vertical: their zenith readings are 0 or 180 degrees",
+                    "a zenith reading that was not taken, written as 0", "leave v empty where it was not read"};
+        }
         return {"no sight to a known point", cause, "add the targets' coordinates, or sight known points"};
     case 1:
         return {fmt::format("all sights go to one target, {}; a station needs two and a distance, or three",
@@ -106,6 +119,11 @@ StatusText DescribeNoStation(const StationSolution& solution)
                 "a target mistaken for another, a wrong coordinate or reading",
                 "check names, coordinates and readings; then keep out one sight after the other with use 0"};
     default:
+        if (!solution.suspects.empty() || !solution.causes.empty())
+        {
+            return {"these sights give no position", "what is named above",
+                    "check it in the field book and in the points table"};
+        }
         return {"these sights give no position",
                 "the station lies on the circle through its targets (danger circle), targets stand in one line of "
                 "sight, or sights and coordinates do not fit together",

@@ -153,6 +153,17 @@ std::vector<size_t> ToLeaveOut(const StationSolution& solution)
     return order;
 }
 
+Suspect SingleSuspect(const PlanObservation& left, const Trial& trial, LinearUnit unit)
+{
+    Suspect suspect;
+    suspect.kind = left.kind == ObservationKind::DIRECTION ? SuspectKind::DIRECTION : SuspectKind::DISTANCE;
+    suspect.sight = left.sight;
+    const double error = -PlanResidual(left, trial.plan.position);
+    suspect.error = suspect.kind == SuspectKind::DIRECTION ? error : FromMetres(error, unit);
+    suspect.fit = DirectionSigma(trial);
+    return suspect;
+}
+
 std::vector<RankedSuspect> SingleSuspects(const StationSolution& solution)
 {
     constexpr double TIMES = 4.0;
@@ -169,13 +180,7 @@ std::vector<RankedSuspect> SingleSuspects(const StationSolution& solution)
         {
             continue;
         }
-        Suspect suspect;
-        suspect.kind = left.kind == ObservationKind::DIRECTION ? SuspectKind::DIRECTION : SuspectKind::DISTANCE;
-        suspect.sight = left.sight;
-        const double error = -PlanResidual(left, trial->plan.position);
-        suspect.error = suspect.kind == SuspectKind::DIRECTION ? error : FromMetres(error, solution.unit);
-        suspect.fit = DirectionSigma(*trial);
-        ranked.push_back({suspect, *trial});
+        ranked.push_back({SingleSuspect(left, *trial, solution.unit), *trial});
     }
     return ranked;
 }
@@ -229,7 +234,62 @@ std::vector<Suspect> BestOf(std::vector<RankedSuspect> ranked)
     return suspects;
 }
 
-/** Usual mistakes that explain the misfit, best first. */
+/** The observation without which the others fit best, where redundancy is left. */
+struct BestLeft
+{
+    size_t place = 0;
+    Trial trial;
+};
+
+std::optional<BestLeft> LeaveTheWorst(const Observations& observations, const StationSolution& solution)
+{
+    std::optional<BestLeft> best;
+    for (size_t i = 0; i < observations.size(); ++i)
+    {
+        Observations fewer = observations;
+        fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(i));
+        const std::optional<Trial> trial = Try(fewer, solution);
+        if (trial && trial->redundancy > 1 && (!best || trial->squareSum < best->trial.squareSum))
+        {
+            best = BestLeft{i, *trial};
+        }
+    }
+    return best;
+}
+
+/** Two or three mistakes at once: the observation that helps most is left out, and again, until the others fit. */
+std::vector<Suspect> SeveralSuspects(const StationSolution& solution)
+{
+    constexpr size_t MOST_MISTAKES = 3;
+    constexpr double TIMES = 4.0;
+    std::vector<Suspect> suspects;
+    if (!solution.IsSolved() || solution.observations.size() > MOST_SEARCHED ||
+        !(solution.fit.IsMild() || solution.fit.HasMarked()))
+    {
+        return suspects;
+    }
+    Observations others = solution.observations;
+    std::vector<PlanObservation> left;
+    std::optional<BestLeft> best = LeaveTheWorst(others, solution);
+    while (best && left.size() < MOST_MISTAKES)
+    {
+        left.push_back(others[best->place]);
+        others.erase(others.begin() + static_cast<std::ptrdiff_t>(best->place));
+        if (Mends(best->trial, SquareSumOf(solution), TIMES * static_cast<double>(left.size())))
+        {
+            for (const PlanObservation& observation : left)
+            {
+                suspects.push_back(SingleSuspect(observation, best->trial, solution.unit));
+                suspects.back().isOneOfSeveral = left.size() > 1;
+            }
+            break;
+        }
+        best = LeaveTheWorst(others, solution);
+    }
+    return suspects;
+}
+
+/** Usual mistakes that explain the misfit: the best, and those as good. */
 std::vector<std::string> CausesOf(const StationSolution& solution)
 {
     constexpr double TIMES = 10.0;
@@ -238,7 +298,9 @@ std::vector<std::string> CausesOf(const StationSolution& solution)
     std::vector<std::pair<Trial, std::string>> ranked;
     const auto tryCause = [&](const UsualCause& cause) {
         const std::optional<Trial> trial = Try(cause.observations, solution, cause.fitted);
-        if (trial && Mends(*trial, whole, TIMES))
+        // What is fitted always brings something down.
+        const bool isGood = trial && Mends(*trial, whole, TIMES) && (cause.fitted == 0 || trial->Ratio() < DOUBTFUL);
+        if (isGood)
         {
             ranked.emplace_back(*trial, fmt::format("{} the sights fit to {}\"", cause.text,
                                                     FormatFixed(DirectionSigma(*trial) / ARC_SECOND, 1)));
@@ -249,14 +311,16 @@ std::vector<std::string> CausesOf(const StationSolution& solution)
     {
         ForEachCauseOfTargets(solution, tryCause);
     }
-    std::stable_sort(ranked.begin(), ranked.end(),
-                     [](const auto& one, const auto& other) { return one.first.squareSum < other.first.squareSum; });
+    const auto best = std::min_element(ranked.begin(), ranked.end(), [](const auto& one, const auto& other) {
+        return one.first.squareSum < other.first.squareSum;
+    });
+    // As good as the best but for chance: in the order in which they are usual.
     std::vector<std::string> causes;
     for (const auto& [trial, text] : ranked)
     {
-        if (causes.size() < MOST_NAMED && IsAsGood(trial.squareSum, ranked.front().first))
+        if (causes.size() < MOST_NAMED && IsAsGood(trial.squareSum, best->first))
         {
-            causes.push_back(text);
+            causes.push_back(causes.empty() ? text : "or " + text);
         }
     }
     return causes;
@@ -268,6 +332,10 @@ void FindPlanSuspects(StationSolution& solution)
     if (suspects.empty())
     {
         suspects = BestOf(PointSuspects(solution));
+    }
+    if (suspects.empty())
+    {
+        suspects = SeveralSuspects(solution);
     }
     solution.suspects.insert(solution.suspects.end(), suspects.begin(), suspects.end());
     if (!solution.IsSolved() || solution.fit.ratio > DOUBTFUL)

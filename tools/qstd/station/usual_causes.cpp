@@ -2,6 +2,7 @@
 
 #include "station/plan_search.h"
 #include "station/small_length.h"
+#include "text/text.h"
 
 #include <fmt/format.h>
 
@@ -20,6 +21,7 @@ constexpr double PI = 3.14159265358979323846;
 /** More targets than these are not exchanged in pairs, nor more readings changed: each trial is an adjustment. */
 constexpr size_t MOST_TARGETS = 12;
 constexpr size_t MOST_READINGS = 12;
+constexpr size_t MOST_FOR_TURNS = 80;
 
 using Observations = std::vector<PlanObservation>;
 
@@ -69,6 +71,8 @@ Observations OneATarget(const StationSolution& solution)
             break;
         }
     }
+    std::sort(targets.begin(), targets.end(),
+              [](const PlanObservation& one, const PlanObservation& other) { return one.sight < other.sight; });
     return targets;
 }
 
@@ -98,36 +102,123 @@ const char* OtherUnitName(LinearUnit unit)
     return unit == LinearUnit::METRE ? "feet" : "metres";
 }
 
-double SquareSumWithConstant(Observations observations, double constant)
+using Change = std::function<void(PlanObservation&, double)>;
+
+/** All distances changed by an amount. */
+Observations ChangedBy(Observations observations, const Change& change, double amount)
 {
     for (PlanObservation& observation : observations)
     {
-        observation.value += observation.kind == ObservationKind::DISTANCE ? constant : 0.0;
+        if (observation.kind == ObservationKind::DISTANCE)
+        {
+            change(observation, amount);
+        }
     }
-    const std::vector<PlanAdjustment> found = FindStations(observations);
+    return observations;
+}
+
+double SquareSumWith(const Observations& observations, const Change& change, double amount)
+{
+    const std::vector<PlanAdjustment> found = FindStations(ChangedBy(observations, change, amount));
     return found.empty() ? std::numeric_limits<double>::infinity() : found.front().squareSum;
 }
 
-/** The constant on all distances with which the sights fit best: the vertex of the parabola of the square sums. */
-double BestConstant(const Observations& observations)
+/** The change of all distances with which the sights fit best: the vertex of the parabola of the square sums. */
+double BestAmount(const Observations& observations, const Change& change, double reach)
 {
     constexpr int ROUNDS = 3;
-    double constant = 0.0;
-    double reach = 0.05;
+    double amount = 0.0;
     for (int round = 0; round < ROUNDS; ++round)
     {
-        const double less = SquareSumWithConstant(observations, constant - reach);
-        const double here = SquareSumWithConstant(observations, constant);
-        const double more = SquareSumWithConstant(observations, constant + reach);
+        const double less = SquareSumWith(observations, change, amount - reach);
+        const double here = SquareSumWith(observations, change, amount);
+        const double more = SquareSumWith(observations, change, amount + reach);
         const double bend = less - 2.0 * here + more;
         if (!std::isfinite(bend) || bend <= 0.0)
         {
             return 0.0;
         }
-        constant += reach * (less - more) / (2.0 * bend);
+        amount += reach * (less - more) / (2.0 * bend);
         reach /= 5.0;
     }
-    return constant;
+    return amount;
+}
+
+void TakeConstant(const StationSolution& solution, const CauseTaker& take)
+{
+    constexpr double LARGEST = 0.3;
+    constexpr double REACH = 0.05;
+    const Change add = [](PlanObservation& observation, double amount) { observation.value += amount; };
+    const double constant = BestAmount(solution.observations, add, REACH);
+    if (constant != 0.0 && std::fabs(constant) < LARGEST)
+    {
+        take({fmt::format("with a prism constant of {} {} on all distances",
+                          SignedSmallLength(FromMetres(constant, solution.unit), solution.unit),
+                          SmallLengthSymbol(solution.unit)),
+              ChangedBy(solution.observations, add, constant), 1});
+    }
+}
+
+void TakeScale(const StationSolution& solution, const CauseTaker& take)
+{
+    constexpr double LARGEST = 0.003;
+    constexpr double REACH = 0.0005;
+    const Change stretch = [](PlanObservation& observation, double amount) { observation.value *= 1.0 + amount; };
+    const double part = BestAmount(solution.observations, stretch, REACH);
+    if (part != 0.0 && std::fabs(part) < LARGEST)
+    {
+        take({fmt::format("with a scale factor of {} on all distances", FormatFixed(1.0 + part, 6)),
+              ChangedBy(solution.observations, stretch, part), 1});
+    }
+}
+
+/** The directions from a place in the list on, turned by what the station of those before asks for in the middle. */
+std::optional<double> TurnFrom(const Observations& all, size_t first)
+{
+    const Observations before(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(first));
+    if (!CanDetermine(CountPlaces(before)))
+    {
+        return std::nullopt;
+    }
+    const std::vector<PlanAdjustment> found = FindStations(before);
+    std::vector<double> turns;
+    for (size_t i = first; i < all.size() && !found.empty(); ++i)
+    {
+        if (all[i].kind == ObservationKind::DIRECTION)
+        {
+            turns.push_back(PlanResidual(all[i], found.front().position));
+        }
+    }
+    // One direction alone is turned by its own error.
+    if (turns.size() < 2)
+    {
+        return std::nullopt;
+    }
+    std::sort(turns.begin(), turns.end());
+    return turns[turns.size() / 2];
+}
+
+/** The circle was moved during the set-up, or set anew for a round: all directions from a sight on are turned alike. */
+void TakeTurns(const StationSolution& solution, const CauseTaker& take)
+{
+    const Observations& all = solution.observations;
+    for (size_t first = 1; first < all.size() && all.size() <= MOST_FOR_TURNS; ++first)
+    {
+        const bool isNewSight = all[first].kind == ObservationKind::DIRECTION;
+        const std::optional<double> turn = isNewSight ? TurnFrom(all, first) : std::nullopt;
+        if (!turn)
+        {
+            continue;
+        }
+        Observations changed = all;
+        for (size_t i = first; i < all.size(); ++i)
+        {
+            changed[i].value += all[i].kind == ObservationKind::DIRECTION ? *turn : 0.0;
+        }
+        take({fmt::format("with the directions from line {} on turned by {} degrees",
+                          solution.sights[all[first].sight].sight->line, FormatFixed(*turn * 180.0 / PI, 4)),
+              changed, 1});
+    }
 }
 
 /** Two targets have each other's names. */
@@ -237,6 +328,7 @@ void ForEachCauseOfTheSet(const StationSolution& solution, const CauseTaker& tak
     }
     take({"with the circle read anticlockwise", changed});
 
+    TakeTurns(solution, take);
     if (CountDistances(solution.observations) == 0)
     {
         return;
@@ -249,20 +341,8 @@ void ForEachCauseOfTheSet(const StationSolution& solution, const CauseTaker& tak
     {
         return;
     }
-    constexpr double LARGEST_CONSTANT = 0.3;
-    const double constant = BestConstant(solution.observations);
-    if (constant != 0.0 && std::fabs(constant) < LARGEST_CONSTANT)
-    {
-        changed = solution.observations;
-        for (PlanObservation& observation : changed)
-        {
-            observation.value += observation.kind == ObservationKind::DISTANCE ? constant : 0.0;
-        }
-        take({fmt::format("with a prism constant of {} {} on all distances",
-                          SignedSmallLength(FromMetres(constant, solution.unit), solution.unit),
-                          SmallLengthSymbol(solution.unit)),
-              changed, 1});
-    }
+    TakeScale(solution, take);
+    TakeConstant(solution, take);
 }
 
 void ForEachCauseOfTargets(const StationSolution& solution, const CauseTaker& take)
