@@ -59,8 +59,8 @@ double StationHeightByZenith(double stationNorthing, double stationEasting, cons
     const double z = FaceOneZenithRadians(zenith);
     double distance = GroundDistance(std::hypot(target->northing - stationNorthing, target->easting - stationEasting));
 
-    // Switch and coefficient are read afresh for each half of the correction. The first half is added to the distance:
-    // kept, heights of stored set-ups depend on it.
+    // Switch and coefficient are read afresh for each half of the correction. The first half is added, as the way goes
+    // from the plane distance to the slope; reductions of slopes subtract it. Derivation: docs/formulas.md.
     if (IsCurvRefrCorrectionOn() == SETTING_ON)
     {
         const double slope = distance / std::sin(z);
