@@ -11,8 +11,7 @@ class Results
 public:
     // With `printAll` each call prints a line: name, number of the call, status, then each value: a real number by its
     // bits, an angle behind an "a", other integers as they are. Behind a bar follow the largest length among the
-    // inputs, the number of calls of mathematics functions, the hash of their results, and the number of sums rounded
-    // wrongly.
+    // inputs, the number of calls of mathematics functions, and the hash of their results.
     Results(const char* function, bool printAll) : name(function), full(printAll)
     {
     }
