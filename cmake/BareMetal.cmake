@@ -21,6 +21,9 @@ target_link_options(
     LINKER:--gc-sections
     LINKER:-T,${QSTDLIB_BOARD}/versatile.ld)
 
+# Before the command of a test: what it prints stands in the document of costs.
+set(QSTDLIB_IN_COST_DOCUMENT ${PROJECT_SOURCE_DIR}/tests/support/in_document.py ${PROJECT_SOURCE_DIR}/docs/target/cost.md)
+
 function(qstd_add_image name)
     add_executable(${name} ${ARGN})
     set_target_properties(${name} PROPERTIES SUFFIX .elf LINK_DEPENDS ${QSTDLIB_BOARD}/versatile.ld)

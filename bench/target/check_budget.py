@@ -83,7 +83,7 @@ def complaints(counts: Dict[str, Count], budget: Dict[str, Budget], exports: Lis
         if limit.ratio is not None and (count.ratio is None or count.ratio > limit.ratio):
             found.append(f"{name}: ratio to the floor {count.ratio}, budget {limit.ratio}")
         if count.median < 0.99 * limit.median:
-            print(f"{name}: median {count.median:,} is below its budget of {limit.median:,}")
+            print(f"{name}: median {count.median:,} is below its budget of {limit.median:,}", file=sys.stderr)
     return sorted(found)
 
 
@@ -103,7 +103,7 @@ def main() -> int:
     with open(arguments.exports, encoding="utf-8") as file:
         exports = [name for name in file.read().split() if name.startswith("Q")]
     found = complaints(counts, read_budget(arguments.budget), exports)
-    print("\n".join(found) if found else "within the budget")
+    print("\n".join(found) or "within the budget", file=sys.stderr)
     return 1 if found else 0
 
 

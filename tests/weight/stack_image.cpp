@@ -63,11 +63,12 @@ void MeasureFunctions()
     }
 }
 
-// A routine of one or two numbers, over ordinary numbers and far ones, which take another way.
+// A routine of one or two numbers, over ordinary numbers, far ones and a subnormal one, which take other ways.
 template <typename Routine>
 void MeasureRoutine(const char* name, Routine routine)
 {
-    constexpr double NUMBERS[] = {-1e300, -1e9, -700.0, -3.2, -1e-9, 0.0, 1e-300, 0.3, 0.9, 2.4, 700.0, 1e9, 1e300};
+    constexpr double NUMBERS[] = {-1e300, -1e9, -700.0, -3.2, -1e-9, 0.0, 3e-310,
+                                  1e-300, 0.3,  0.9,    2.4,  700.0, 1e9, 1e300};
     uint32_t deepest = 0;
     for (const double x : NUMBERS)
     {

@@ -1,10 +1,11 @@
 """Weighs the library's compiled objects: text with constants, and static data, in total and by function.
 
-weigh.py --nm NM --readelf READELF --exports LIST --build LABEL LIMIT OBJECT... [--build ...]
+weigh.py --nm NM --readelf READELF --exports LIST --soft-float [OBJECT...] --build LABEL LIMIT OBJECT... [--build ...]
 
 Prints a table of bytes with a column for each build of the library: each exported function, and what the other routines
-of a file take together. Fails when a build's text passes its limit (0 for none) or its static data 1 KiB. What the
-compiler's run-time and the C library add to a program is not the library's.
+of a file take together; below, the arithmetic of doubles that is linked beside it, the same in each build. Fails when
+both together pass a build's limit (0 for none), or their static data 1 KiB. What the compiler's run-time and the C
+library add to a program is not the library's.
 """
 import argparse
 import collections
@@ -43,11 +44,18 @@ class Build:
         self.text = self.data = 0
         for path in objects:
             self.add(options, path)
+        self.library = self.text
+        for path in options.soft_float:
+            self.add_sizes(options, path)
 
-    def add(self, options, path):
+    def add_sizes(self, options, path):
         fixed = sum(size for _, size, writable in sections(options.readelf, path) if not writable)
         self.data += sum(size for _, size, writable in sections(options.readelf, path) if writable)
         self.text += fixed
+        return fixed
+
+    def add(self, options, path):
+        fixed = self.add_sizes(options, path)
         for name, size in functions(options.nm, path):
             if name in options.exported:
                 self.rows[file_of(path), name] += size
@@ -67,7 +75,9 @@ def print_table(builds):
         sizes = [build.rows[file, name] for build in builds]
         if any(sizes):
             line(file, name, sizes)
-    line("text and constants", "", (build.text for build in builds))
+    line("text and constants", "", (build.library for build in builds))
+    line("platform/soft_float", "", (build.text - build.library for build in builds))
+    line("together", "", (build.text for build in builds))
     line("limit", "", (build.limit or "none" for build in builds))
     line("static data, limit 1024", "", (build.data for build in builds))
 
@@ -77,6 +87,7 @@ def main():
     parser.add_argument("--nm", required=True)
     parser.add_argument("--readelf", required=True)
     parser.add_argument("--exports", required=True)
+    parser.add_argument("--soft-float", nargs="*", required=True)
     parser.add_argument("--build", nargs="+", action="append", required=True)
     options = parser.parse_args()
     with open(options.exports, encoding="utf-8") as exports:
