@@ -14,6 +14,10 @@ namespace target {
 bool AdjustByEigen(const std::vector<ResectObservation>& sights, ResectStation* station,
                    std::vector<ResectResidual>* residuals);
 
+// The same source once more, with the arithmetic of doubles and the mathematics of the compiler's own libraries.
+bool AdjustByEigenAsCompiled(const std::vector<ResectObservation>& sights, ResectStation* station,
+                             std::vector<ResectResidual>* residuals);
+
 } // namespace target
 
 #endif

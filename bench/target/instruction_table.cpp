@@ -1,6 +1,7 @@
 // Instructions per call of every exported function on the target, beside what its arithmetic costs, and of a resection
-// by Eigen. One line a trial: name, number of inputs, minimum, median and maximum of the instructions, median of the
-// maths functions, divisions and conversions among them, median of the floor, median of the ratio to the floor.
+// by Eigen, on the same arithmetic and on the compiler's. One line a trial: name, number of inputs, minimum, median and
+// maximum of the instructions, median of the maths functions, divisions and conversions among them, median of the
+// floor, median of the ratio to the floor.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -96,7 +97,7 @@ bool Measure(const target::Trial& trial)
 
 // On the same sights as the trial of QSTNMultiResect with so many targets; its results must be the same but for
 // rounding.
-bool MeasureEigen(const char* name, int16_t targets)
+bool MeasureEigen(const char* name, int16_t targets, decltype(target::AdjustByEigen)* adjust)
 {
     Counts counts;
     Meter meter;
@@ -107,7 +108,7 @@ bool MeasureEigen(const char* name, int16_t targets)
         ResectStation station{};
         ResectStation expected{};
         std::vector<ResectResidual> residuals(sights.size());
-        meter.Require(meter.Count([&] { return target::AdjustByEigen(sights, &station, &residuals); }));
+        meter.Require(meter.Count([&] { return adjust(sights, &station, &residuals); }));
         counts.instructions.push_back(meter.Instructions());
         target::LIBRARY.QSTNMultiResect(targets, sights.data(), &expected, residuals.data());
         meter.Require(std::fabs(station.position.northing - expected.position.northing) < 1e-6 &&
@@ -130,10 +131,14 @@ int main()
     {
         succeeded = Measure(target::TRIALS[i]) && succeeded;
     }
-    succeeded = MeasureEigen("Eigen/3", 3) && succeeded;
-    succeeded = MeasureEigen("Eigen/10", 10) && succeeded;
-    succeeded = MeasureEigen("Eigen/30", 30) && succeeded;
-    succeeded = MeasureEigen("Eigen/100", 100) && succeeded;
+    succeeded = MeasureEigen("Eigen/3", 3, target::AdjustByEigen) && succeeded;
+    succeeded = MeasureEigen("Eigen/10", 10, target::AdjustByEigen) && succeeded;
+    succeeded = MeasureEigen("Eigen/30", 30, target::AdjustByEigen) && succeeded;
+    succeeded = MeasureEigen("Eigen/100", 100, target::AdjustByEigen) && succeeded;
+    succeeded = MeasureEigen("Eigen/3/compiler", 3, target::AdjustByEigenAsCompiled) && succeeded;
+    succeeded = MeasureEigen("Eigen/10/compiler", 10, target::AdjustByEigenAsCompiled) && succeeded;
+    succeeded = MeasureEigen("Eigen/30/compiler", 30, target::AdjustByEigenAsCompiled) && succeeded;
+    succeeded = MeasureEigen("Eigen/100/compiler", 100, target::AdjustByEigenAsCompiled) && succeeded;
     if (!succeeded)
     {
         std::printf("a call failed: it measures nothing\n");
