@@ -187,6 +187,16 @@ class HeightsAndSettings(ProofCase):
         self.assertEqual(solved["sights"][3]["remark"], "for the height only")
         self.assertIn("nothing checks the height: it rests on one target, BM", solved["warnings"])
 
+    def test_what_curvature_does_to_a_height_is_said(self):
+        # The longer of the two sights that give the height has 2100.1 m: 0.868 * 2100.1^2 / 12740000 = 0.30049.
+        town = ["station", "5001", "--points", str(EXAMPLES / "town" / "points.csv"), "--sights",
+                str(EXAMPLES / "town" / "free_station.csv")]
+        solved, = (json.loads(line) for line in self.text(*town, "--json").splitlines())
+        self.assertAlmostEqual(solved["result"]["uncorrected_curvature"], 0.30049, delta=1e-5)
+        self.assertIn("up to 300.5 mm too high unless the instrument corrects", self.text(*town))
+        corrected = self.text(*town, "--refraction", "0.132")
+        self.assertNotIn("too high unless", corrected)
+
     def test_measured_distances_are_reduced(self):
         # By hand: D = 1300 sin 88d = 1299.2080751, V = 1300 cos 88d = 45.3693457; D - 0.934 D V / R = 1299.1994324,
         # V + 0.868 D^2 / 2R = 45.4843483; less sea level and scale 1299.1994324 / 1.0000706436 * 0.9996 = 1298.5880157.

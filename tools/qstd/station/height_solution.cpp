@@ -1,5 +1,6 @@
 #include "station/height_solution.h"
 
+#include "instrument/earth.h"
 #include "station/fit.h"
 #include "station/station_residuals.h"
 
@@ -153,6 +154,21 @@ double DistanceTo(const PreparedSight& sight, const PointRecord& station)
     return std::hypot(sight.target->point.northing - station.northing, sight.target->point.easting - station.easting);
 }
 
+double UncorrectedCurvature(const StationSolution& solution, const SimulatedInstrument& instrument)
+{
+    if (instrument.curvatureRefraction == 1)
+    {
+        return 0.0;
+    }
+    double longest = 0.0;
+    for (const size_t i : solution.heightSights)
+    {
+        longest = std::max(longest, DistanceTo(solution.sights[i], solution.station.position));
+    }
+    const double radius = FromMetres(EARTH_RADIUS, solution.unit);
+    return (1.0 - REFRACTION_COEFFICIENTS[0]) * longest * longest / (2.0 * radius);
+}
+
 std::optional<double> HeightFrom(const PreparedSight& sight, const PointRecord& station, bool isByDistance,
                                  const StationRequest& request)
 {
@@ -203,6 +219,7 @@ void SolveHeight(StationSolution& solution, const StationRequest& request, bool 
     ListHeightPoints(solution);
     solution.heightTargets = isLine ? solution.heightTargets : solution.heightPoints.size();
     solution.heightFit = FitOfHeights(values);
+    solution.uncorrectedCurvature = UncorrectedCurvature(solution, request.instrument);
     solution.targetHeightFit = FitOfTargetHeights(solution, values, request.expectation.mark);
 }
 

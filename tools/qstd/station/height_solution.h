@@ -27,6 +27,12 @@ const KnownPoint* HeightPoint(const PreparedSight& sight);
 std::optional<double> HeightFrom(const PreparedSight& sight, const PointRecord& station, bool isByDistance,
                                  const StationRequest& request);
 
+/**
+ * How much too high the height is at most for want of the correction for curvature and refraction, by the longest of
+ * its sights, in the unit of the job; 0 where that correction is on.
+ */
+double UncorrectedCurvature(const StationSolution& solution, const SimulatedInstrument& instrument);
+
 /** Plan distance from a station to the target of a sight; measured where the target has no plan coordinates. */
 double DistanceTo(const PreparedSight& sight, const PointRecord& station);
 

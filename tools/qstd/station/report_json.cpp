@@ -45,6 +45,8 @@ Json StationObject(const StationSolution& solution)
     AddOptional(object, "easting_precision", hasPrecision ? std::optional(station.eastingPrecision) : nothing);
     AddOptional(object, "height_spread", solution.HasHeight() ? std::optional(station.heightSpread) : nothing);
     object["height_targets"] = solution.HasHeight() ? solution.heightTargets : 0;
+    AddOptional(object, "uncorrected_curvature",
+                solution.HasHeight() ? std::optional(solution.uncorrectedCurvature) : nothing);
     return object;
 }
 

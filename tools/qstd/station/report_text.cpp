@@ -107,6 +107,13 @@ std::string HeightLines(const StationSolution& solution, const ReportStyle& styl
         solution.heightTargets > 1 ? ", spread " + SmallLengthText(solution.station.heightSpread, solution.unit) : "",
         solution.heightPoints.size() == 1 ? ", unchecked" : "");
     std::string lines = FigureLine("height", FormatFixed(solution.station.position.height, style.decimals), origin);
+    constexpr double NEGLIGIBLE = 0.01;
+    if (ToMetres(solution.uncorrectedCurvature, solution.unit) >= NEGLIGIBLE)
+    {
+        lines += FigureLine("", "",
+                            fmt::format("   up to {} too high unless the instrument corrects curvature and refraction",
+                                        SmallLengthText(solution.uncorrectedCurvature, solution.unit)));
+    }
     if (solution.markHeight)
     {
         lines +=

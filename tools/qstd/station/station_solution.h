@@ -160,7 +160,8 @@ struct StationSolution
     size_t distances = 0;
     size_t heightTargets = 0; /**< that the station height is the mean of */
     bool isHeightByDistance = false;
-    size_t faceTwo = 0; /**< sights brought to face one */
+    size_t faceTwo = 0;                /**< sights brought to face one */
+    double uncorrectedCurvature = 0.0; /**< how much too high the height is at most without that correction */
     ClosedChecks checks;
     StationDoubts doubts;
     bool isSouthAzimuth = false;                 /**< the instrument counts azimuths from south */
