@@ -19,7 +19,7 @@ unsigned Relations(double first, double second)
     const double a = Unknown(first);
     const double b = Unknown(second);
     return (a < b ? 1U : 0U) | (a <= b ? 2U : 0U) | (a == b ? 4U : 0U) | (a >= b ? 8U : 0U) | (a > b ? 16U : 0U) |
-           (a != b ? 32U : 0U) | (__builtin_isunordered(a, b) ? 64U : 0U);
+           (a != b ? 32U : 0U) | (__builtin_isunordered(a, b) != 0 ? 64U : 0U);
 }
 
 constexpr unsigned LESS = 1 + 2 + 32;

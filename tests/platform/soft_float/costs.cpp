@@ -75,7 +75,7 @@ int main()
     Count("__aeabi_dcmpeq", [](const Operands& o) { return o.a == o.b ? 1 : 0; });
     Count("__aeabi_dcmpge", [](const Operands& o) { return o.a >= o.b ? 1 : 0; });
     Count("__aeabi_dcmpgt", [](const Operands& o) { return o.a > o.b ? 1 : 0; });
-    Count("__aeabi_dcmpun", [](const Operands& o) { return __builtin_isunordered(o.a, o.b) ? 1 : 0; });
+    Count("__aeabi_dcmpun", [](const Operands& o) { return __builtin_isunordered(o.a, o.b) != 0 ? 1 : 0; });
     Count("__aeabi_i2d", [](const Operands& o) { return static_cast<double>(o.integer); });
     Count("__aeabi_ui2d", [](const Operands& o) { return static_cast<double>(static_cast<uint32_t>(o.integer)); });
     Count("__aeabi_l2d", [](const Operands& o) { return __aeabi_l2d(o.integer); });
