@@ -137,7 +137,9 @@ TEST(FindCrossings, FindsTheSameAsAnEveryPairSearch)
                 const auto& [a, b] = std::pair(corners[i], corners[i + 1]);
                 const auto& [c, d] = std::pair(corners[j], corners[(j + 1) % count]);
                 const bool isApart = (j + 1) % count != i;
-                expected += isApart && right(a, b, c) * right(a, b, d) < 0.0 && right(c, d, a) * right(c, d, b) < 0.0;
+                const bool isCrossing =
+                    isApart && right(a, b, c) * right(a, b, d) < 0.0 && right(c, d, a) * right(c, d, b) < 0.0;
+                expected += isCrossing ? 1U : 0U;
             }
         }
         EXPECT_EQ(CountIn(corners), expected) << trial;

@@ -10,7 +10,6 @@
 #include "field_work.h"
 
 using qstd::ARC_SECOND;
-using qstd::StationSolution;
 using qstd::Suspect;
 using qstd::SuspectKind;
 using survey::FieldWork;
