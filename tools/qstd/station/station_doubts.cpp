@@ -47,6 +47,30 @@ std::vector<const PreparedSight*> Places(const std::vector<PreparedSight>& taken
     return places;
 }
 
+/** How many places there are where marks side by side count as one: exchanged or mirrored they look alike. */
+size_t CountApart(const std::vector<const PreparedSight*>& places)
+{
+    constexpr double SIDE_BY_SIDE = 0.1;
+    size_t count = 0;
+    for (size_t i = 0; i < places.size(); ++i)
+    {
+        const PointRecord& place = places[i]->target->point;
+        bool isApart = true;
+        for (size_t j = 0; j < i && isApart; ++j)
+        {
+            const PointRecord& other = places[j]->target->point;
+            isApart = std::hypot(place.northing - other.northing, place.easting - other.easting) >= SIDE_BY_SIDE;
+        }
+        count += isApart ? 1U : 0U;
+        // More than two are enough, and many would take time.
+        if (count > 2)
+        {
+            break;
+        }
+    }
+    return count;
+}
+
 /** A circle through points, or the line that it becomes. */
 class TargetCircle
 {
@@ -281,7 +305,7 @@ StationDoubts FindDoubts(const StationSolution& solution, const std::vector<Prep
     const std::vector<const PreparedSight*> places = Places(taken);
     doubts.isOnlyRepeated = !doubts.hasNoRedundancy && !solution.observations.empty() &&
                             CountPlaces(solution.observations).Redundancy() == 0;
-    doubts.hasTwoTargets = places.size() == 2 && !doubts.hasNoRedundancy && !doubts.isOnlyRepeated;
+    doubts.hasTwoTargets = CountApart(places) == 2 && !doubts.hasNoRedundancy && !doubts.isOnlyRepeated;
     doubts.onlyHeightTarget = solution.heightPoints.size() == 1 ? solution.heightPoints.front()->id : "";
     if (places.size() == 2)
     {
