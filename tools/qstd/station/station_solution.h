@@ -125,7 +125,7 @@ struct Suspect
     std::optional<double> error; /**< observed less what the others ask for; radians, or the unit of the job */
     bool isWholeTarget = false;  /**< of a height: that from all sights to the target */
     bool isOneOfSeveral = false; /**< together with the other suspects, not in their place */
-    std::optional<double> fit;   /**< without it: of one direction, radians; of a height, in the unit of the job */
+    std::optional<double> fit;   /**< without it, of one direction, radians; not of a height */
 };
 
 struct StationSolution
